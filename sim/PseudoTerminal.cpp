@@ -1,0 +1,139 @@
+// The pseudo-terminal over POSIX; on Linux it also watches who opens and closes it.
+#include "sim/PseudoTerminal.h"
+
+#include <array>
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <system_error>
+
+#include <fcntl.h>
+#include <sys/ioctl.h>
+#include <termios.h>
+#include <unistd.h>
+#ifdef __linux__
+#include <sys/inotify.h>
+#endif
+
+namespace sim {
+
+namespace {
+
+int checked(int result, const char *what)
+{
+    if (result < 0)
+        throw std::system_error(errno, std::generic_category(), what);
+    return result;
+}
+
+void makeRaw(int terminal)
+{
+    termios mode{};
+    checked(tcgetattr(terminal, &mode), "tcgetattr");
+    cfmakeraw(&mode);
+    checked(tcsetattr(terminal, TCSANOW, &mode), "tcsetattr");
+}
+
+int watchOf([[maybe_unused]] const std::string &device)
+{
+#ifdef __linux__
+    const int watch = inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
+    if (watch >= 0)
+        inotify_add_watch(watch, device.c_str(), IN_OPEN | IN_CLOSE);
+    return watch; // without one a killed program leaves its lock behind, and all else works
+#else
+    return -1;
+#endif
+}
+
+void closeIfOpen(int &descriptor)
+{
+    if (descriptor >= 0)
+        ::close(descriptor);
+    descriptor = -1;
+}
+
+} // namespace
+
+PseudoTerminal::PseudoTerminal()
+{
+    try {
+        master_ = checked(posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC), "posix_openpt");
+        checked(grantpt(master_), "grantpt");
+        checked(unlockpt(master_), "unlockpt");
+        std::array<char, 256> name{};
+        if (const int error = ptsname_r(master_, name.data(), name.size()))
+            throw std::system_error(error, std::generic_category(), "ptsname_r");
+        device_ = name.data();
+        // Without a slave side that stays open the master reads errors while no program is there.
+        slave_ = checked(::open(name.data(), O_RDWR | O_NOCTTY | O_CLOEXEC), "open");
+        makeRaw(slave_);
+        checked(fcntl(master_, F_SETFL, O_NONBLOCK), "fcntl");
+        watch_ = watchOf(device_);
+    } catch (...) {
+        hangUp();
+        throw;
+    }
+}
+
+PseudoTerminal::~PseudoTerminal()
+{
+    hangUp();
+}
+
+std::string PseudoTerminal::read() const
+{
+    std::string bytes;
+    std::array<char, 4096> piece{};
+    while (master_ >= 0) {
+        const ssize_t count = ::read(master_, piece.data(), piece.size());
+        if (count < 0 && errno == EINTR)
+            continue;
+        if (count <= 0)
+            break;
+        bytes.append(piece.data(), static_cast<std::size_t>(count));
+    }
+    return bytes;
+}
+
+std::size_t PseudoTerminal::write(const std::string &bytes) const
+{
+    std::size_t done = 0;
+    while (master_ >= 0 && done < bytes.size()) {
+        const ssize_t count = ::write(master_, bytes.data() + done, bytes.size() - done);
+        if (count < 0 && errno == EINTR)
+            continue;
+        if (count <= 0)
+            break;
+        done += static_cast<std::size_t>(count);
+    }
+    return done;
+}
+
+void PseudoTerminal::hangUp()
+{
+    closeIfOpen(watch_);
+    closeIfOpen(slave_);
+    closeIfOpen(master_);
+}
+
+void PseudoTerminal::readWatch()
+{
+#ifdef __linux__
+    alignas(inotify_event) std::array<char, 4096> events{};
+    ssize_t count = 0;
+    while (watch_ >= 0 && (count = ::read(watch_, events.data(), events.size())) > 0) {
+        for (std::size_t at = 0; at < static_cast<std::size_t>(count);) {
+            inotify_event event{};
+            std::memcpy(&event, events.data() + at, sizeof event);
+            at += sizeof event + event.len;
+            openCount_ += (event.mask & IN_OPEN) ? 1 : 0;
+            openCount_ -= (event.mask & IN_CLOSE) ? 1 : 0;
+            if ((event.mask & IN_CLOSE) && openCount_ <= 0)
+                ioctl(slave_, TIOCNXCL);
+        }
+    }
+#endif
+}
+
+} // namespace sim

@@ -1,0 +1,399 @@
+// The simulated line as a program sees it: framing, shared lines, transcript and hanging up.
+#include "TerminalPeer.h"
+
+#include "sim/SimulatedLine.h"
+
+#include "support/TestMain.h"
+
+#include <atomic>
+#include <stdexcept>
+
+#include <sys/ioctl.h>
+#include <sys/resource.h>
+#include <termios.h>
+
+using namespace std::chrono_literals;
+using sim::SimulatedLine;
+using sim::SimulatedUnit;
+using sim::UnitSettings;
+
+namespace {
+
+std::shared_ptr<SimulatedUnit> unitAt(int address)
+{
+    UnitSettings settings;
+    settings.identity = "TOVIN-R";
+    settings.address = address;
+    return std::make_shared<SimulatedUnit>(settings);
+}
+
+using Lines = std::vector<std::string>;
+
+} // namespace
+
+class SimulatedLineTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void unitAnswersOverTheTerminal();
+    void terminalIsRawBothWays();
+    void commandInPiecesIsOneCommand();
+    void twoCommandsInOnePieceAreTwo();
+    void lineFeedBelongsToTheCarriageReturnBefore();
+    void terminatorCanHaveALineFeed();
+    void responderReplacesTheUnits();
+    void responderMayCallTheLine();
+    void lineWithoutUnitsIsSilent();
+    void sharedLineHandsCommandsToTheAddressedUnit();
+    void sharedLineAnswersReleaseAndAbsentAddressOnce();
+    void unitThatWasNotReleasedHearsOnToo();
+    void ninthUnitFindsNoRoom();
+    void programCanCloseAndOpenAgain();
+    void lockOfAProgramGoesWithIt();
+    void transcriptCanBeClearedAndAwaited();
+    void waitingForCommandsEnds();
+    void commandIsCarriedOutWhenTheWaitEnds();
+    void unsolicitedBytesComeAsTheyAre();
+    void bitsAndBytesAreCounted();
+    void unplugHangsUp();
+    void unplugFromTheResponderHangsUp();
+    void destructionHangsUp();
+    void idleLineTakesNoTime();
+    void programThatDoesNotReadDoesNotStopTheLine();
+};
+
+void SimulatedLineTest::unitAnswersOverTheTerminal()
+{
+    SimulatedLine line;
+    const auto unit = std::make_shared<SimulatedUnit>();
+    line.addUnit(unit);
+    TerminalPeer peer(line.device());
+    QVERIFY(peer.isOpen());
+    QCOMPARE(peer.exchange("*ID?"), std::string("KELDO-X\r"));
+    QCOMPARE(peer.exchange("*STEP 12"), std::string("LOCKED\r"));
+    QCOMPARE(unit->step(), 12);
+    QCOMPARE(line.commands(), (Lines{"*ID?", "*STEP 12"}));
+}
+
+void SimulatedLineTest::terminalIsRawBothWays()
+{
+    std::string all;
+    for (int c = 0; c < 256; ++c)
+        if (c != '\r')
+            all += static_cast<char>(c);
+    SimulatedLine line;
+    line.setResponder([](const std::string &command) { return command; });
+    TerminalPeer peer(line.device());
+    QCOMPARE(peer.exchange(all), all + '\r');
+    QCOMPARE(line.commands(), Lines{all});
+    QCOMPARE(peer.read(1, 50ms), std::string()); // nothing was echoed by the terminal
+}
+
+void SimulatedLineTest::commandInPiecesIsOneCommand()
+{
+    SimulatedLine line;
+    line.addUnit(std::make_shared<SimulatedUnit>());
+    TerminalPeer peer(line.device());
+    peer.write("*ST");
+    QTRY_COMPARE(line.bytesReceived(), std::size_t(3));
+    QCOMPARE(line.commands(), Lines{});
+    peer.write("EP?\r");
+    QCOMPARE(peer.readLine(), std::string("0\r"));
+    QCOMPARE(line.commands(), Lines{"*STEP?"});
+}
+
+void SimulatedLineTest::twoCommandsInOnePieceAreTwo()
+{
+    SimulatedLine line;
+    line.addUnit(std::make_shared<SimulatedUnit>());
+    TerminalPeer peer(line.device());
+    peer.write("*ID?\r*MAX STEP?\r");
+    QCOMPARE(peer.readLine(), std::string("KELDO-X\r"));
+    QCOMPARE(peer.readLine(), std::string("4000\r"));
+}
+
+void SimulatedLineTest::lineFeedBelongsToTheCarriageReturnBefore()
+{
+    SimulatedLine line;
+    line.addUnit(std::make_shared<SimulatedUnit>());
+    TerminalPeer peer(line.device());
+    peer.write("*ID?\r\n*STEP?\r\n");
+    QCOMPARE(peer.readLine(), std::string("KELDO-X\r"));
+    QCOMPARE(peer.readLine(), std::string("0\r"));
+    QCOMPARE(line.commands(), (Lines{"*ID?", "*STEP?"}));
+}
+
+void SimulatedLineTest::terminatorCanHaveALineFeed()
+{
+    SimulatedLine line;
+    line.addUnit(std::make_shared<SimulatedUnit>());
+    line.setTerminator("\r\n");
+    TerminalPeer peer(line.device());
+    peer.write("*ID?\r");
+    QCOMPARE(peer.read(9, 5s), std::string("KELDO-X\r\n"));
+}
+
+void SimulatedLineTest::responderReplacesTheUnits()
+{
+    SimulatedLine line;
+    const auto unit = std::make_shared<SimulatedUnit>();
+    line.addUnit(unit);
+    line.setResponder([](const std::string &command) -> std::optional<std::string> {
+        if (command == "*STEP 7")
+            return std::nullopt;
+        return "you said " + command;
+    });
+    TerminalPeer peer(line.device());
+    peer.write("*STEP 7\r");
+    QCOMPARE(peer.exchange("*ID?"), std::string("you said *ID?\r"));
+    QCOMPARE(unit->step(), 0);
+    line.setResponder({});
+    QCOMPARE(peer.exchange("*ID?"), std::string("KELDO-X\r"));
+}
+
+void SimulatedLineTest::responderMayCallTheLine()
+{
+    SimulatedLine line;
+    line.setResponder([&](const std::string &) {
+        line.send("first\r");
+        return std::to_string(line.commands().size());
+    });
+    TerminalPeer peer(line.device());
+    peer.write("*ID?\r");
+    const QStringList both{QString::fromStdString(peer.readLine()),
+                           QString::fromStdString(peer.readLine())};
+    QVERIFY(both.contains(QStringLiteral("first\r")));
+    QVERIFY(both.contains(QStringLiteral("1\r")));
+}
+
+void SimulatedLineTest::lineWithoutUnitsIsSilent()
+{
+    SimulatedLine line;
+    TerminalPeer peer(line.device());
+    peer.write("*ID?\r>UNLISTEN\r");
+    QVERIFY(line.waitForCommands(2, 5s));
+    QCOMPARE(peer.read(1, 50ms), std::string());
+}
+
+void SimulatedLineTest::sharedLineHandsCommandsToTheAddressedUnit()
+{
+    SimulatedLine line;
+    const auto second = unitAt(2);
+    const auto fifth = unitAt(5);
+    line.addUnit(second);
+    line.addUnit(fifth);
+    TerminalPeer peer(line.device());
+    QCOMPARE(peer.exchange(">LISTEN05"), std::string("LISTENING\r"));
+    QCOMPARE(peer.exchange("*STEP 9"), std::string("LOCKED\r"));
+    QCOMPARE(peer.exchange(">UNLISTEN"), std::string("UNLISTENING\r"));
+    QCOMPARE(peer.exchange(">LISTEN02"), std::string("LISTENING\r"));
+    QCOMPARE(peer.exchange("*STEP?"), std::string("0\r"));
+    QCOMPARE(fifth->step(), 9);
+    QCOMPARE(second->step(), 0);
+}
+
+void SimulatedLineTest::sharedLineAnswersReleaseAndAbsentAddressOnce()
+{
+    SimulatedLine line;
+    for (int address = 1; address <= 8; ++address)
+        line.addUnit(unitAt(address));
+    TerminalPeer peer(line.device());
+    QCOMPARE(peer.exchange(">UNLISTEN"), std::string("OK\r"));
+    QCOMPARE(peer.exchange(">LISTEN33"), std::string("OK\r"));
+    peer.write("*ID?\r");
+    QVERIFY(line.waitForCommands(3, 5s));
+    QCOMPARE(peer.read(1, 50ms), std::string());
+    QCOMPARE(peer.exchange(">LISTEN08"), std::string("LISTENING\r"));
+    QCOMPARE(peer.exchange("*ID?"), std::string("TOVIN-R\r"));
+}
+
+void SimulatedLineTest::unitThatWasNotReleasedHearsOnToo()
+{
+    SimulatedLine line;
+    const auto first = unitAt(1);
+    const auto second = unitAt(2);
+    line.addUnit(first);
+    line.addUnit(second);
+    TerminalPeer peer(line.device());
+    peer.exchange(">LISTEN01");
+    peer.exchange(">LISTEN02");
+    QCOMPARE(peer.exchange("*STEP 9"), std::string("LOCKED\r"));
+    QCOMPARE(peer.read(1, 50ms), std::string());
+    QCOMPARE(first->step(), 9);
+    QCOMPARE(second->step(), 9);
+}
+
+void SimulatedLineTest::ninthUnitFindsNoRoom()
+{
+    SimulatedLine line;
+    for (int address = 1; address <= 8; ++address)
+        line.addUnit(unitAt(address));
+    QVERIFY_THROWS_EXCEPTION(std::length_error, line.addUnit(unitAt(9)));
+}
+
+void SimulatedLineTest::programCanCloseAndOpenAgain()
+{
+    SimulatedLine line;
+    line.addUnit(std::make_shared<SimulatedUnit>());
+    for (int round = 0; round < 3; ++round) {
+        TerminalPeer peer(line.device());
+        QCOMPARE(peer.exchange("*ID?"), std::string("KELDO-X\r"));
+    }
+}
+
+void SimulatedLineTest::lockOfAProgramGoesWithIt()
+{
+    SimulatedLine line;
+    {
+        TerminalPeer killed(line.device());
+        QCOMPARE(ioctl(killed.descriptor(), TIOCEXCL), 0);
+    }
+    TerminalPeer next(line.device()); // root may open it, locked or not
+    const auto isLocked = [&] {
+        int exclusive = 0;
+        return next.isOpen() && ioctl(next.descriptor(), TIOCGEXCL, &exclusive) == 0 && exclusive;
+    };
+    QTRY_VERIFY(!isLocked());
+}
+
+void SimulatedLineTest::transcriptCanBeClearedAndAwaited()
+{
+    SimulatedLine line;
+    TerminalPeer peer(line.device());
+    peer.write("A\rB\r");
+    QVERIFY(line.waitForCommands(2, 5s));
+    line.clearCommands();
+    QCOMPARE(line.commands(), Lines{});
+    QVERIFY(!line.waitForCommands(1, 0ms));
+    peer.write("\rC\r");
+    QVERIFY(line.waitForCommands(2, 5s));
+    QCOMPARE(line.commands(), (Lines{"", "C"}));
+}
+
+void SimulatedLineTest::waitingForCommandsEnds()
+{
+    SimulatedLine line;
+    QElapsedTimer clock;
+    clock.start();
+    QVERIFY(!line.waitForCommands(1, 60ms));
+    QVERIFY(clock.elapsed() >= 60);
+    QVERIFY(line.waitForCommands(0, 0ms));
+}
+
+void SimulatedLineTest::commandIsCarriedOutWhenTheWaitEnds()
+{
+    SimulatedLine line;
+    std::atomic<bool> done = false;
+    line.setResponder([&](const std::string &) {
+        std::this_thread::sleep_for(60ms); // the unit is slow
+        done = true;
+        return std::string("x");
+    });
+    TerminalPeer peer(line.device());
+    peer.write("*STEP 1\r");
+    QVERIFY(line.waitForCommands(1, 5s));
+    QVERIFY(done);
+}
+
+void SimulatedLineTest::unsolicitedBytesComeAsTheyAre()
+{
+    SimulatedLine line;
+    TerminalPeer peer(line.device());
+    const std::string bytes("\0a\n\xff", 4);
+    line.send(bytes);
+    QCOMPARE(peer.read(4, 5s), bytes);
+    QCOMPARE(peer.read(1, 50ms), std::string());
+}
+
+void SimulatedLineTest::bitsAndBytesAreCounted()
+{
+    SimulatedLine line;
+    line.addUnit(std::make_shared<SimulatedUnit>());
+    TerminalPeer peer(line.device());
+    QCOMPARE(line.bitsOnWire(), std::uint64_t(0));
+    peer.exchange("*ID?");
+    QCOMPARE(line.bytesReceived(), std::size_t(5));
+    QTRY_COMPARE(line.bitsOnWire(), std::uint64_t((5 + 8) * 10));
+}
+
+void SimulatedLineTest::unplugHangsUp()
+{
+    SimulatedLine line;
+    line.addUnit(std::make_shared<SimulatedUnit>());
+    const std::string device = line.device();
+    TerminalPeer peer(device);
+    line.unplug();
+    QVERIFY(peer.waitForHangUp());
+    QCOMPARE(line.device(), device);
+    peer.close();
+    QVERIFY(!TerminalPeer(device).isOpen());
+    line.unplug();
+    line.send("x");
+}
+
+void SimulatedLineTest::unplugFromTheResponderHangsUp()
+{
+    SimulatedLine line;
+    line.setResponder([&](const std::string &) {
+        line.unplug();
+        return std::string("gone");
+    });
+    TerminalPeer peer(line.device());
+    peer.write("*ID?\r");
+    QVERIFY(peer.waitForHangUp());
+    QCOMPARE(peer.readLine(50ms), std::string());
+}
+
+void SimulatedLineTest::destructionHangsUp()
+{
+    auto line = std::make_unique<SimulatedLine>();
+    TerminalPeer peer(line->device());
+    line.reset();
+    QVERIFY(peer.waitForHangUp());
+}
+
+// Of this process, in milliseconds.
+static double processorTime()
+{
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    const auto ms = [](const timeval &time) {
+        return double(time.tv_sec) * 1000 + double(time.tv_usec) / 1000;
+    };
+    return ms(usage.ru_utime) + ms(usage.ru_stime);
+}
+
+void SimulatedLineTest::idleLineTakesNoTime()
+{
+    SimulatedLine line;
+    line.addUnit(std::make_shared<SimulatedUnit>());
+    line.setPaced(true);
+    {
+        TerminalPeer peer(line.device());
+        peer.exchange("*ID?");
+    }
+    SimulatedLine unplugged;
+    unplugged.unplug();
+    const double before = processorTime();
+    QVERIFY(!line.waitForCommands(99, 500ms));
+    QVERIFY(processorTime() - before < 50);
+}
+
+void SimulatedLineTest::programThatDoesNotReadDoesNotStopTheLine()
+{
+    SimulatedLine line;
+    line.addUnit(std::make_shared<SimulatedUnit>());
+    TerminalPeer peer(line.device());
+    for (int i = 0; i < 40; ++i)
+        line.send(std::string(8192, 'x')); // far more than the terminal holds
+    const double before = processorTime();
+    peer.write("*STEP 5\r");
+    QVERIFY(line.waitForCommands(1, 5s));
+    QVERIFY(!line.waitForCommands(2, 300ms));
+    QVERIFY(processorTime() - before < 100);
+    QCOMPARE(peer.read(200'000, 5s), std::string(200'000, 'x'));
+}
+
+KELDOX_TEST(SimulatedLineTest)
+#include "SimulatedLineTest.moc"
