@@ -1,0 +1,59 @@
+// Which device is COM n. On Windows COM n is COM n; elsewhere a link named com<n> in the user's
+// keldo-x/ports folder wins, and the ports that the system lists take the free numbers from 1 up.
+#pragma once
+
+#include <QHash>
+#include <QList>
+#include <QMap>
+#include <QString>
+
+#include <functional>
+#include <optional>
+
+class PortDirectory
+{
+public:
+    struct Device
+    {
+        QString location;      // what is opened: "/dev/ttyUSB0", "COM3"
+        QString name;          // "ttyUSB0"
+        QString description;   // the system's words for it; may be empty
+        QString identity = {}; // of the adapter itself, wherever it is plugged in; may be empty
+    };
+
+    // The highest COM number that a search asks for.
+    static constexpr int lastNumber = 255;
+
+    static PortDirectory &instance();
+
+    // Takes the listing afresh. A number stays with its device for the whole run, also while the
+    // device is unplugged.
+    void refresh();
+
+    // The device of a COM number as of the last listing (taken now when there was none yet).
+    // Nothing for a number without a device. The device may have gone since: look before opening.
+    std::optional<Device> find(int number);
+
+    // "ttyUSB0, USB serial converter", or empty for a number without a device.
+    QString describe(int number);
+
+    // The folder of the com<n> links.
+    static QString linkFolder();
+
+    // For tests: another source of the system's list, and a directory that remembers nothing.
+    using Lister = std::function<QList<Device>()>;
+    void reset(Lister lister = {});
+
+private:
+    void readLinks();
+    void numberListedPorts();
+    bool isLinked(const Device &port) const;
+    int newNumberFor(const Device &port) const;
+    int freeNumber() const;
+
+    Lister m_lister;
+    bool m_listed = false;
+    QHash<int, Device> m_linked;   // of the present listing
+    QHash<int, Device> m_numbered; // present ports without a link
+    QMap<QString, int> m_numberOf; // identity@location to number, for the whole run
+};
