@@ -1,0 +1,122 @@
+// Conversions between numbers and text.
+#include "core/TextNumbers.h"
+
+#include "platform/RunTimeError.h"
+
+#include <QRegularExpression>
+
+#include <cmath>
+#include <limits>
+
+namespace {
+
+const QRegularExpression &decimalNumber()
+{
+    static const QRegularExpression pattern(
+        QStringLiteral(R"(^[+-]?(?:\d+\.?\d*|\.\d+)(?:[EeDd][+-]?\d+)?)"));
+    return pattern;
+}
+
+const QRegularExpression &hexNumber()
+{
+    static const QRegularExpression pattern(QStringLiteral(R"(^&[Hh]([0-9A-Fa-f]{1,8}))"));
+    return pattern;
+}
+
+struct Parsed
+{
+    double value = 0;
+    qsizetype length = 0; // characters used; 0 when the text begins with no number
+};
+
+Parsed parseStart(const QString &text)
+{
+    if (const auto hex = hexNumber().match(text); hex.hasMatch())
+        return {static_cast<double>(hex.captured(1).toUInt(nullptr, 16)), hex.capturedLength()};
+    const auto decimal = decimalNumber().match(text);
+    if (!decimal.hasMatch())
+        return {};
+    QString digits = decimal.captured();
+    digits.replace(QLatin1Char('d'), QLatin1Char('e')).replace(QLatin1Char('D'), QLatin1Char('e'));
+    return {digits.toDouble(), decimal.capturedLength()};
+}
+
+template <class Integer> Integer toInteger(double value)
+{
+    const double rounded = roundHalfEven(value);
+    if (!(rounded >= std::numeric_limits<Integer>::min() &&
+          rounded <= std::numeric_limits<Integer>::max()))
+        throw RunTimeError(ErrorNumber::Overflow);
+    return static_cast<Integer>(rounded);
+}
+
+} // namespace
+
+QString numberToText(double value)
+{
+    if (value == 0)
+        return QStringLiteral("0"); // also for the negative zero
+    return QString::number(value, 'g', 15).toUpper();
+}
+
+QString numberToTextWithBlank(double value)
+{
+    const QString text = numberToText(value);
+    return text.startsWith(QLatin1Char('-')) ? text : QLatin1Char(' ') + text;
+}
+
+double leadingNumber(const QString &text)
+{
+    QString packed;
+    for (const QChar character : text)
+        if (!character.isSpace())
+            packed.append(character);
+    const Parsed parsed = parseStart(packed);
+    return std::isfinite(parsed.value) ? parsed.value : 0;
+}
+
+bool isNumeric(const QString &text)
+{
+    const QString trimmed = text.trimmed();
+    const Parsed parsed = parseStart(trimmed);
+    return parsed.length > 0 && parsed.length == trimmed.size() && std::isfinite(parsed.value);
+}
+
+double numericValue(const QString &text)
+{
+    if (!isNumeric(text))
+        throw RunTimeError(ErrorNumber::TypeMismatch);
+    return parseStart(text.trimmed()).value;
+}
+
+std::optional<double> numberWithUnit(const QString &text)
+{
+    static const QRegularExpression unitWord(QStringLiteral(R"(\s+[A-Za-z]+\s*$)"));
+    QString number = text;
+    number.remove(unitWord);
+    if (!isNumeric(number))
+        return std::nullopt;
+    return numericValue(number);
+}
+
+double roundHalfEven(double value)
+{
+    // std::nearbyint would depend on the rounding mode that some library left behind.
+    const double below = std::floor(value);
+    const double part = value - below;
+    if (part < 0.5)
+        return below;
+    if (part > 0.5)
+        return below + 1;
+    return std::fmod(below, 2) == 0 ? below : below + 1;
+}
+
+std::int16_t toInt16(double value)
+{
+    return toInteger<std::int16_t>(value);
+}
+
+std::int32_t toInt32(double value)
+{
+    return toInteger<std::int32_t>(value);
+}

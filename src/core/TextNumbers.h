@@ -1,0 +1,35 @@
+// Numbers to text and back, the way the unit, the windows and the settings write them: always "."
+// as the decimal point, never a group separator, whatever the locale.
+#pragma once
+
+#include <QString>
+
+#include <cstdint>
+#include <optional>
+
+// Up to 15 significant digits: 145.5, 0.5, -3, 1E+20.
+QString numberToText(double value);
+
+// The same with one blank in front of a number that is not negative: " 5", "-3".
+QString numberToTextWithBlank(double value);
+
+// The number that a text begins with; blanks are skipped, "&H" reads hexadecimal, and reading stops
+// at the first character that does not belong to a number. 0 when there is none.
+double leadingNumber(const QString &text);
+
+// Whether the whole text is one number: blanks around it, a sign, decimals, an exponent, or "&H"
+// and hexadecimal digits.
+bool isNumeric(const QString &text);
+
+// The value of a text that is one number. Raises 13 (type mismatch) when it is not.
+double numericValue(const QString &text);
+
+// A number, also with one unit word behind it as the windows show it ("145.5 MHz").
+std::optional<double> numberWithUnit(const QString &text);
+
+// To the nearest whole number, halves to even.
+double roundHalfEven(double value);
+
+// Rounded half to even; raise 6 (overflow) outside the type's range.
+std::int16_t toInt16(double value);
+std::int32_t toInt32(double value);
