@@ -1,0 +1,32 @@
+// The hidden host window: a serial control and two timers.
+#include "link/frmMScomm.h"
+
+#include "link/clsCommPort.h"
+
+#include <QLabel>
+#include <QVBoxLayout>
+
+frmMScomm::frmMScomm()
+    : CommCtl(new CommControl(this)),
+      tmrCommTimer2(new TimerControl(this)),
+      tmrCommTimer(new TimerControl(this))
+{
+    setObjectName(QStringLiteral("frmMScomm"));
+    CommCtl->setObjectName(QStringLiteral("CommCtl"));
+    tmrCommTimer2->setObjectName(QStringLiteral("tmrCommTimer2"));
+    tmrCommTimer->setObjectName(QStringLiteral("tmrCommTimer"));
+    auto *column = new QVBoxLayout(this);
+    column->addWidget(new QLabel(
+        tr("This form exists only to hold some controls, and should never be visible"), this));
+
+    elapseOnTimer(tmrCommTimer2);
+    elapseOnTimer(tmrCommTimer);
+    connect(CommCtl, &CommControl::OnComm, this, [this] {
+        if (m_parent)
+            m_parent->DoOnComm();
+    });
+    connect(CommCtl, &CommControl::HungUp, this, [this] {
+        if (m_parent)
+            m_parent->DoHangUp();
+    });
+}
