@@ -1,0 +1,229 @@
+// The unit's transaction: opening, addressing, identity, the reading of the set-up, and one command
+// line out and one reply line back.
+#include "device/clsKeldoX.h"
+
+#include "core/AppState.h"
+#include "core/Message.h"
+#include "core/ResumeNext.h"
+#include "platform/PortDirectory.h"
+
+static QString logName()
+{
+    return QStringLiteral("Keldo-X ");
+}
+
+clsKeldoX::clsKeldoX() = default;
+
+clsKeldoX::~clsKeldoX() = default;
+
+std::shared_ptr<clsCommPort> clsKeldoX::commPort()
+{
+    if (!m_port) {
+        m_port = std::make_shared<clsCommPort>();
+        connect(m_port.get(), &clsCommPort::HungUp, this, &clsKeldoX::onHungUp);
+    }
+    return m_port;
+}
+
+void clsKeldoX::onHungUp()
+{
+    m_lastStatus = BadReply;
+    emit StatusChange(BadReply);
+    emit LinkLost();
+}
+
+bool clsKeldoX::PortIsOpen()
+{
+    return m_connection == SerialPort && commPort()->IsOpen();
+}
+
+void clsKeldoX::InitThePort()
+{
+    reportAndEnd("clsKeldoX.InitThePort", [this] {
+        if (m_connection != SerialPort)
+            return;
+        const auto port = commPort();
+        port->setPollInterval(0);
+        port->setPollDelay(0);
+        if (port->PortMode() == clsCommPort::Event) {
+            port->setPollTimeOutCount(1000);
+        } else if (port->PortMode() == clsCommPort::Polling) {
+            port->setPollTimeOutCount(200);
+            port->settimeOutMs(10000);
+        }
+        // A unit plugged in since the last search is found under its number.
+        PortDirectory::instance().refresh();
+        port->InitializePort();
+        if (port->IsOpen()) {
+            logEvent(logName(), QStringLiteral(" opened serial port "));
+            return;
+        }
+        logEvent(logName(), QStringLiteral(" could not open serial port "));
+        showMessage(QStringLiteral("The serial port is not open"), MessageBox::Exclamation);
+    });
+}
+
+bool clsKeldoX::Initialize()
+{
+    // Whoever waits for a reply in here may see the table's slot filled with another unit.
+    const auto keepAlive = weak_from_this().lock();
+    bool accepted = false;
+    m_initializing = true;
+    m_complained = false;
+    resumeNext(
+        "clsKeldoX.Initialize", [] { logEvent(logName(), QStringLiteral(" initializing ")); },
+        [this] { InitThePort(); },
+        [this] {
+            if (m_addr > 0) {
+                UNLISTEN();
+                LISTEN(m_addr);
+            }
+        },
+        [&] { accepted = IsAnKeldoXID(ID().toUpper()); });
+    if (accepted) {
+        resumeNext(
+            "clsKeldoX.Initialize", [this] { m_deviceFound = true; }, [this] { Locked(); },
+            [this] { readSetup(); }, [this] { readFineTuning(); },
+            [this] {
+                m_initialized = true;
+                emit DUTChange();
+            },
+            [this] { currentFreq(); });
+    }
+    m_initializing = false;
+    return accepted;
+}
+
+// What a unit is does not change while it is connected: it is read once, but read again when a
+// reply was bad the first time.
+void clsKeldoX::readSetup()
+{
+    if (m_initialized && m_setupIsGood)
+        return;
+    m_initialized = false;
+    m_setupIsGood = true;
+    m_readingSetup = true;
+    resumeNext(
+        "clsKeldoX.Initialize",
+        [this] {
+            m_firmware.clear();
+            FirmwareRevision();
+            if (m_firmware.isEmpty())
+                m_setupIsGood = false;
+        },
+        [this] { StartFreq(); }, [this] { MaxStep(); }, [this] { StopFreq(); },
+        [this] { IFfreq(); }, [this] { ChanBW(); }, [this] { askAOPT(); }, [this] { askCOPT(); },
+        [this] { HasBypass(); },
+        [this] {
+            if (!HasAGC())
+                setAGC(false);
+        },
+        [this] { m_hasPelltrim = HasPelltrim(); }, [this] { InputLimitingMode(); });
+    m_readingSetup = false;
+    // A port that was closed under the reading has left values unread without a bad reply.
+    if (!PortIsOpen())
+        m_setupIsGood = false;
+}
+
+void clsKeldoX::readFineTuning()
+{
+    if (!m_hasPelltrim)
+        return;
+    askCalibration();
+    m_rememberedPelltrim = Pelltrim();
+}
+
+QString clsKeldoX::deviceWrite(const QString &command)
+{
+    const auto keepAlive = weak_from_this().lock();
+    QString reply;
+    bool answered = false;
+    bool isOpen = m_connection != SerialPort;
+    resumeNext(
+        "clsKeldoX.deviceWrite",
+        [] {
+            if (const auto window = app().mainWindow)
+                window->stopPolling();
+            // Polling is switched on again by its owner alone, never from here.
+        },
+        [&] {
+            if (m_connection != SerialPort)
+                return;
+            const auto port = commPort();
+            isOpen = port->IsOpen();
+            if (!isOpen)
+                return;
+            logEvent(QStringLiteral("clsKeldoX"),
+                     QStringLiteral(" sending ") + command +
+                         QStringLiteral(" to com port %1").arg(port->PortNumber()));
+            answered = port->WriteAndWaitForCr(command + QLatin1Char('\r'));
+            reply = port->Buffer();
+            port->ClearBuffer();
+        });
+    if (!isOpen)
+        return {};
+    while (reply.endsWith(QLatin1Char(' ')) || reply.endsWith(QLatin1Char('\n')) ||
+           reply.endsWith(QLatin1Char('\r')))
+        reply.chop(1);
+    m_lastReply = reply;
+    if (answered)
+        logEvent(QStringLiteral("clsKeldoX"), QStringLiteral(" received ") + reply);
+    else
+        logEvent(QStringLiteral("Keldo-X"), QStringLiteral(" timed out ") + reply);
+    return reply;
+}
+
+QString clsKeldoX::ParseData(const QString &text)
+{
+    QString kept;
+    for (const QChar character : text)
+        if ((character >= QLatin1Char('0') && character <= QLatin1Char('9')) ||
+            QStringLiteral("-+.").contains(character))
+            kept.append(character);
+    return kept;
+}
+
+void clsKeldoX::LISTEN(std::int16_t address)
+{
+    reportAndEnd("clsKeldoX.LISTEN", [&] {
+        if (!PortIsOpen())
+            return;
+        const QString digits = QString::number(address).rightJustified(2, QLatin1Char('0'));
+        logEvent(logName(), QStringLiteral(" sending LISTEN ") + digits);
+        deviceWrite(QStringLiteral(">LISTEN") + digits);
+    });
+}
+
+void clsKeldoX::UNLISTEN()
+{
+    reportAndEnd("clsKeldoX.UNLISTEN", [this] {
+        if (!PortIsOpen())
+            return;
+        logEvent(logName(), QStringLiteral(" sending UNLISTEN "));
+        deviceWrite(QStringLiteral(">UNLISTEN"));
+    });
+}
+
+QString clsKeldoX::ID()
+{
+    const auto keepAlive = weak_from_this().lock();
+    QString identity;
+    reportAndEnd("clsKeldoX.Get ID", [&] {
+        if (!PortIsOpen())
+            return;
+        const QString reply = deviceWrite(QStringLiteral("*ID?"));
+        const bool notUnderstood =
+            reply == QLatin1String("TIMED OUT") || reply == QLatin1String("UNRECOGNIZED COMMAND");
+        m_id = notUnderstood ? QStringLiteral("???") : reply;
+        identity = m_id;
+        if (!IsAnKeldoXID(reply.toUpper()))
+            complain("The device did not respond correctly to an ID query.");
+    });
+    return identity;
+}
+
+bool clsKeldoX::IsAnKeldoXID(const QString &text)
+{
+    const QString identity = text.toUpper();
+    return identity == QLatin1String("KELDO-X") || identity == QLatin1String("TOVIN-R");
+}

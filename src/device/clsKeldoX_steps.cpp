@@ -1,0 +1,108 @@
+// Tuning the unit: the step query, the step command and the lock state that answers it, and the
+// frequency that is turned into a step.
+#include "device/clsKeldoX.h"
+
+#include "core/Message.h"
+#include "core/ResumeNext.h"
+#include "core/TextNumbers.h"
+
+std::int32_t clsKeldoX::CurrentStep()
+{
+    const auto keepAlive = weak_from_this().lock();
+    if (!PortIsOpen())
+        return m_initialized ? m_currentStep : 0;
+    reportAndEnd("clsKeldoX.Get CurrentStep", [this] {
+        const std::int32_t status =
+            ask({"*STEP?", isNumeric,
+                 "The device did not respond correctly to a 'current step' query."},
+                [this](double number) { m_currentStep = toInt32(number); });
+        if (status == Good)
+            raiseFreqChange(m_currentStep);
+        finish(status);
+    });
+    return m_currentStep;
+}
+
+void clsKeldoX::setCurrentStep(std::int32_t step)
+{
+    const auto keepAlive = weak_from_this().lock();
+    reportAndEnd("clsKeldoX.Let CurrentStep", [&] {
+        if (!m_deviceFound || !PortIsOpen())
+            return;
+        if (m_maxStep == 0)
+            askMaxStep();
+        if (step < 0 || step > m_maxStep)
+            return;
+        const QString reply = deviceWrite(QStringLiteral("*STEP") + numberToTextWithBlank(step));
+        judgeStepReply(reply, step);
+    });
+}
+
+// The step command is the one setting whose reply is the lock state, not an echo.
+void clsKeldoX::judgeStepReply(const QString &reply, std::int32_t step)
+{
+    std::int32_t status = Good;
+    if (reply == QLatin1String("LOCKED")) {
+        emit StatusChange(LockedAfterStep);
+        m_lastStatus = Good;
+        m_currentStep = step;
+        raiseFreqChange(step);
+    } else if (reply.contains(QLatin1String("UNLOCKED"))) {
+        status = m_lastStatus = Unlocked;
+        complain("The device oscillator is unlocked!");
+        m_currentStep = step; // the unit has moved all the same
+        raiseFreqChange(step);
+        if (m_raiseErrorEvents)
+            emit DUTError(true);
+    } else if (reply.startsWith(QLatin1String("PERMISSION DENIED"))) {
+        status = m_lastStatus = Refused;
+        // Always FreqChange: a window that follows a drag cheaply has to go back for good.
+        emit FreqChange(m_currentStep, StepsToMHz(m_currentStep) + m_startFreq);
+        emit GetPassword();
+    } else {
+        status = m_lastStatus = BadReply;
+        complain("The device did not respond correctly to a 'current step' command.");
+        emit FreqChange(m_currentStep, StepsToMHz(m_currentStep) + m_startFreq);
+    }
+    finish(status);
+}
+
+void clsKeldoX::raiseFreqChange(std::int32_t step)
+{
+    const double megahertz = StepsToMHz(step) + m_startFreq;
+    if (m_quickFreq)
+        emit QuickFreqChange(step, megahertz);
+    else
+        emit FreqChange(step, megahertz);
+}
+
+double clsKeldoX::currentFreq()
+{
+    const auto keepAlive = weak_from_this().lock();
+    reportAndEnd("clsKeldoX.Get currentFreq", [this] {
+        if (m_startFreq == 0)
+            askStartFreq();
+        const std::int32_t step = CurrentStep();
+        m_currentFreq = StepsToMHz(step) + m_startFreq;
+    });
+    return m_currentFreq;
+}
+
+void clsKeldoX::setCurrentFreq(double megahertz)
+{
+    const auto keepAlive = weak_from_this().lock();
+    reportAndEnd("clsKeldoX.Let currentFreq", [&] {
+        if (!m_deviceFound || !PortIsOpen())
+            return;
+        if (m_startFreq == 0)
+            askStartFreq();
+        if (m_stopFreq == 0)
+            StopFreq();
+        if (megahertz >= m_startFreq && megahertz <= m_stopFreq)
+            setCurrentStep(toInt32(MHzToSteps(megahertz - m_startFreq)));
+        else
+            // Whatever DisplayErrors says: the operator asked for something that cannot be.
+            showMessage(QStringLiteral("Cannot set the device to a frequency outside its range."),
+                        MessageBox::Exclamation);
+    });
+}
