@@ -1,0 +1,42 @@
+// The dialog that connects to a unit on a known port, or to the addressable units on one line.
+// Opening it already closes all ports and clears the channels; Cancel does not undo that.
+#pragma once
+
+#include <QDialog>
+
+#include <memory>
+
+class QComboBox;
+
+namespace Ui {
+class frmConnectToComport;
+}
+
+class frmConnectToComport : public QDialog
+{
+    Q_OBJECT
+
+public:
+    explicit frmConnectToComport(QWidget *owner = nullptr);
+    ~frmConnectToComport() override;
+
+    // Shows the dialog over its owner and returns when it was closed, or when the program ends.
+    void showModal();
+
+    // The list of ports. Disabled until it has been filled; it stays so when that failed.
+    QComboBox &comboComPort();
+
+    void reject() override; // also Escape and the frame; breaks a running search off
+
+private:
+    void Form_Load();
+    void listPorts();
+    void Connect();
+    void OKButton_Click();
+    void CancelButton_Click();
+    void setControlsEnabled(bool enabled);
+    void finish();
+
+    std::unique_ptr<Ui::frmConnectToComport> m_ui;
+    bool m_connecting = false;
+};
