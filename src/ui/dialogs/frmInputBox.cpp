@@ -1,0 +1,125 @@
+// The input box.
+#include "ui/dialogs/frmInputBox.h"
+
+#include "core/Message.h"
+#include "core/ResumeNext.h"
+#include "core/TextNumbers.h"
+#include "platform/Application.h"
+#include "platform/EventQueue.h"
+#include "ui/dialogs/EntryDialog.h"
+#include "ui/dialogs/IPAddress.h"
+#include "ui_frmInputBox.h"
+
+#include <QApplication>
+
+frmInputBox::frmInputBox()
+    : m_dialog(std::make_unique<EntryDialog>(QApplication::activeWindow())),
+      m_ui(std::make_unique<Ui::frmInputBox>())
+{
+    m_ui->setupUi(m_dialog.get());
+    m_dialog->onShown = [this] {
+        m_ui->Text1->setFocus();
+        m_ui->Text1->selectAll();
+    };
+    m_dialog->onEscape = [this] { CancelButton_Click(); };
+    connect(m_ui->OKButton, &QPushButton::clicked, this, &frmInputBox::OKButton_Click);
+    connect(m_ui->CancelButton, &QPushButton::clicked, this, &frmInputBox::CancelButton_Click);
+    // A developer's button without a function: it stays out of the operator's sight.
+    m_ui->cmdUnittest->hide();
+    Form_Load();
+}
+
+frmInputBox::~frmInputBox()
+{
+    setHidePasswordChars(false);
+    m_dialog->close();
+}
+
+void frmInputBox::Form_Load()
+{
+    QFont arial = m_dialog->font();
+    arial.setFamily(QStringLiteral("Arial"));
+    m_dialog->setFont(arial);
+    m_dialog->setWindowTitle(QStringLiteral("  ") + applicationTitle());
+    m_kind = NumberIfNumeric;
+    m_defaultValue = QStringLiteral("0");
+    m_answer = Unanswered;
+    setHidePasswordChars(false);
+}
+
+void frmInputBox::showModal()
+{
+    m_answer = Unanswered;
+    if (!EventQueue::ending())
+        m_dialog->exec();
+}
+
+// The style sheet makes the hidden character a plain "*" in every style.
+void frmInputBox::setHidePasswordChars(bool hide)
+{
+    m_ui->Text1->setStyleSheet(QStringLiteral("QLineEdit { lineedit-password-character: 42; }"));
+    m_ui->Text1->setEchoMode(hide ? QLineEdit::Password : QLineEdit::Normal);
+}
+
+void frmInputBox::setInputBoxWidth(int pixels)
+{
+    m_ui->Text1->setFixedWidth(pixels);
+}
+
+void frmInputBox::setText(const QString &prompt)
+{
+    m_ui->Label1->setText(prompt);
+    m_ui->Text1->setAccessibleName(prompt);
+}
+
+void frmInputBox::setDefaultValue(const QString &text)
+{
+    m_ui->Text1->setText(text);
+    m_defaultValue = text;
+}
+
+void frmInputBox::clearEntry()
+{
+    m_ui->Text1->clear();
+}
+
+QString frmInputBox::resultText() const
+{
+    const auto *number = std::get_if<double>(&m_result);
+    return number ? numberToText(*number) : std::get<QString>(m_result);
+}
+
+void frmInputBox::OKButton_Click()
+{
+    reportAndEnd("frmInputBox.OKButton_Click", [this] {
+        if (m_kind == IPAddress && !IsValidIPAddress(m_ui->Text1->text())) {
+            showMessage(QStringLiteral("IP addresses must be in the form  x.x.x.x  where x is an "
+                                       "integer from 0 to 255"),
+                        MessageBox::Exclamation);
+            m_answer = Unanswered;
+            return;
+        }
+        takeEntry();
+        m_answer = Entered;
+        m_dialog->accept();
+    });
+}
+
+void frmInputBox::takeEntry()
+{
+    const QString text = m_ui->Text1->text();
+    if (m_kind == Text || m_kind == IPAddress)
+        m_result = text;
+    else if (isNumeric(text))
+        m_result = numericValue(text);
+    else if (m_kind == Number)
+        m_result = leadingNumber(m_defaultValue); // an entry that is no number is never refused
+    else
+        m_result = text;
+}
+
+void frmInputBox::CancelButton_Click()
+{
+    m_answer = Cancelled;
+    m_dialog->reject();
+}

@@ -1,0 +1,70 @@
+// The password box.
+#include "ui/dialogs/frmPasswordBox.h"
+
+#include "core/ResumeNext.h"
+#include "platform/Application.h"
+#include "platform/EventQueue.h"
+#include "ui/dialogs/EntryDialog.h"
+#include "ui_frmPasswordBox.h"
+
+#include <QApplication>
+
+frmPasswordBox::frmPasswordBox()
+    : m_dialog(std::make_unique<EntryDialog>(QApplication::activeWindow())),
+      m_ui(std::make_unique<Ui::frmPasswordBox>())
+{
+    m_ui->setupUi(m_dialog.get());
+    m_dialog->setModal(true); // also when the end of the program leaves the wait before the box
+    m_dialog->onShown = [this] { m_ui->Text1->setFocus(); };
+    m_dialog->onEscape = [this] { CancelButton_Click(); };
+    connect(m_ui->OKButton, &QPushButton::clicked, this, &frmPasswordBox::OKButton_Click);
+    connect(m_ui->CancelButton, &QPushButton::clicked, this, &frmPasswordBox::CancelButton_Click);
+    Form_Load();
+}
+
+frmPasswordBox::~frmPasswordBox()
+{
+    setHidePasswordChars(false);
+    m_dialog->close();
+}
+
+void frmPasswordBox::Form_Load()
+{
+    QFont arial = m_dialog->font();
+    arial.setFamily(QStringLiteral("Arial"));
+    m_dialog->setFont(arial);
+    m_dialog->setWindowTitle(QStringLiteral("  ") + applicationTitle());
+    m_answer = Unanswered;
+    setHidePasswordChars(false);
+    m_ui->Label1->setText(QStringLiteral("Password"));
+    m_result.clear();
+    m_ui->Text1->clear();
+}
+
+void frmPasswordBox::showModal()
+{
+    if (EventQueue::ending())
+        return;
+    m_dialog->exec();
+    m_dialog->hide();
+}
+
+// The style sheet makes the hidden character a plain "*" in every style.
+void frmPasswordBox::setHidePasswordChars(bool hide)
+{
+    m_ui->Text1->setStyleSheet(QStringLiteral("QLineEdit { lineedit-password-character: 42; }"));
+    m_ui->Text1->setEchoMode(hide ? QLineEdit::Password : QLineEdit::Normal);
+}
+
+void frmPasswordBox::OKButton_Click()
+{
+    resumeNext(
+        "frmPasswordBox.OKButton_Click", [this] { m_result = m_ui->Text1->text(); },
+        [this] { m_answer = Entered; }, [this] { m_dialog->accept(); });
+}
+
+void frmPasswordBox::CancelButton_Click()
+{
+    m_answer = Cancelled;
+    m_dialog->reject();
+}
