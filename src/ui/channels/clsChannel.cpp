@@ -1,0 +1,210 @@
+// The channel's binding: its row of controls, its unit, and what the unit's options and state
+// allow. The operator's edits are in clsChannel_edits.cpp, the unit's events in
+// clsChannel_events.cpp.
+#include "ui/channels/clsChannel.h"
+
+#include "core/ResumeNext.h"
+#include "core/TextNumbers.h"
+#include "device/clsKeldoX.h"
+#include "platform/RunTimeError.h"
+#include "ui/channels/frmChannels.h"
+
+#include <initializer_list>
+
+static void setVisible(std::initializer_list<QWidget *> controls, bool visible)
+{
+    for (QWidget *control : controls)
+        control->setVisible(visible);
+}
+
+static void setEnabled(std::initializer_list<QWidget *> controls, bool enabled)
+{
+    for (QWidget *control : controls)
+        control->setEnabled(enabled);
+}
+
+clsChannel::clsChannel() : clsChannel(&frmChannels::loadedControls) {}
+
+clsChannel::clsChannel(ControlsSource controls) : m_controlsSource(std::move(controls))
+{
+    clsChannel::InitChannel();
+}
+
+void clsChannel::InitChannel()
+{
+    m_optionsRead = false;
+    m_options = {};
+    m_maximumInputAttenuation = maximumInputAttenuation;
+}
+
+void clsChannel::setIndex(std::int16_t index)
+{
+    m_index = index;
+    m_channelNumber = index;
+    reportAndEnd("clsChannel.Index", [&] {
+        m_row.reset();
+        m_controls = m_controlsSource();
+        m_row = rowOf(*m_controls, index);
+    });
+}
+
+std::shared_ptr<clsKeldoX> clsChannel::unit() const
+{
+    if (!m_device)
+        throw RunTimeError(ErrorNumber::ObjectNotSet);
+    return m_device;
+}
+
+const ChannelRowControls &clsChannel::row() const
+{
+    if (!m_row)
+        throw RunTimeError(ErrorNumber::ObjectNotSet);
+    return *m_row;
+}
+
+// While a reply is awaited anything may happen: another unit may take the channel, and a unit that
+// is unplugged disables the row.
+bool clsChannel::isStill(const std::shared_ptr<clsKeldoX> &device, int timesDisabled) const
+{
+    return m_device == device && m_timesDisabled == timesDisabled;
+}
+
+void clsChannel::setDevice(std::shared_ptr<clsKeldoX> device)
+{
+    if (device == m_device)
+        return;
+    if (m_device)
+        m_device->disconnect(this);
+    m_device = std::move(device);
+    m_optionsRead = false;
+    m_options = {};
+    m_connectFailed = false;
+    followEvents();
+}
+
+int clsChannel::ComPortNumber() const
+{
+    return m_device ? m_device->commPort()->PortNumber() : 0;
+}
+
+void clsChannel::setComPortNumber(int number)
+{
+    unit()->commPort()->setPortNumber(static_cast<std::int16_t>(number));
+}
+
+void clsChannel::showPort(const QString &caption, const QString &toolTip, const QString &text)
+{
+    row().optPortNum->setText(caption);
+    row().optPortNum->setToolTip(toolTip);
+    row().lblPortNum->setText(text);
+    setVisible({row().optPortNum, row().lblPortNum}, true);
+}
+
+void clsChannel::setStatus(int status)
+{
+    row();
+    if (status == 1)
+        m_controls->portOptions->select(m_index);
+    else if (m_controls->portOptions->selected() == m_index)
+        m_controls->portOptions->select(0);
+}
+
+void clsChannel::getOptions()
+{
+    const auto device = unit();
+    UnitOptions options;
+    options.hasAtten = device->HasAtten();
+    options.hasInputAtten = device->HasInputAtten();
+    options.maximumAttenuation = device->MaxAtten();
+    options.attenuationStep = device->attenStep();
+    options.hasAGC = device->HasAGC();
+    options.hasAGCOffset = device->HasAGCOffset();
+    options.hasBypass = device->HasBypass();
+    if (device != m_device)
+        return;
+    m_options = options;
+    m_optionsRead = true;
+}
+
+// A unit that could not be connected is not asked: each of its silent replies takes seconds. The
+// next try to connect reads the options anew.
+void clsChannel::readOptionsOnce()
+{
+    if (!m_optionsRead && !m_connectFailed)
+        getOptions();
+}
+
+void clsChannel::ShowControls()
+{
+    const auto keepAlive = weak_from_this().lock();
+    resumeNext(
+        "clsChannel.ShowControls", [this] { readOptionsOnce(); },
+        [this] {
+            const ChannelRowControls &to = row();
+            setVisible({to.optPortNum, to.txtChanFreq}, true);
+            setVisible({to.txtChanAtten, to.udAtten, to.lbldB}, m_options.hasAtten);
+            setVisible({to.txtChanInputAtten, to.udInputAtten}, m_options.hasInputAtten);
+            // With the AGC, not with its offset: every unit with AGC shows what its offset is.
+            setVisible({to.txtChanAGCoffset, to.udAGCOffset, to.lblAGCdB, to.chkChanAGC},
+                       m_options.hasAGC);
+            setVisible({to.chkChanBYP}, m_options.hasBypass);
+        });
+}
+
+void clsChannel::enableLevels(bool agcOn, bool offsetEnabled) const
+{
+    const ChannelRowControls &to = row();
+    if (m_options.hasAGC)
+        setEnabled({to.txtChanAGCoffset, to.udAGCOffset, to.lblAGCdB}, offsetEnabled);
+    // AGC sets the attenuation itself while it runs.
+    setEnabled({to.txtChanAtten, to.udAtten, to.lbldB},
+               m_options.hasAGC ? !agcOn : m_options.hasAtten);
+}
+
+void clsChannel::EnableOrDisableControlsAsAppropriate()
+{
+    const auto keepAlive = weak_from_this().lock();
+    const auto device = unit();
+    const int timesDisabled = m_timesDisabled;
+    readOptionsOnce();
+    const bool agcOn = m_options.hasAGC && device->AGC();
+    const bool offsetEnabled = agcOn && device->HasAGCOffset();
+    if (!isStill(device, timesDisabled))
+        return;
+    const ChannelRowControls &to = row();
+    setEnabled({to.lblPortNum, to.txtChanFreq}, true);
+    to.chkChanAGC->setEnabled(m_options.hasAGC);
+    enableLevels(agcOn, offsetEnabled);
+
+    m_options.hasInputAtten = device->HasInputAtten();
+    const double inputAttenuation = inputAttenuationOf(*device);
+    if (!isStill(device, timesDisabled))
+        return;
+    to.txtChanInputAtten->setText(numberToText(inputAttenuation));
+    setEnabled({to.txtChanInputAtten, to.udInputAtten}, m_options.hasInputAtten);
+    to.chkChanBYP->setEnabled(m_options.hasBypass);
+}
+
+void clsChannel::DisableControls()
+{
+    ++m_timesDisabled;
+    if (!m_row)
+        return;
+    const ChannelRowControls &to = *m_row;
+    setEnabled({to.lblPortNum, to.txtChanFreq, to.txtChanAtten, to.udAtten, to.lbldB,
+                to.txtChanInputAtten, to.udInputAtten, to.chkChanAGC, to.txtChanAGCoffset,
+                to.udAGCOffset, to.lblAGCdB, to.chkChanBYP},
+               false);
+}
+
+void clsChannel::HideControls()
+{
+    DisableControls();
+    if (!m_row)
+        return;
+    const ChannelRowControls &to = *m_row;
+    setVisible({to.optPortNum, to.lblPortNum, to.txtChanFreq, to.txtChanAtten, to.udAtten, to.lbldB,
+                to.txtChanInputAtten, to.udInputAtten, to.chkChanAGC, to.txtChanAGCoffset,
+                to.udAGCOffset, to.lblAGCdB, to.chkChanBYP},
+               false);
+}

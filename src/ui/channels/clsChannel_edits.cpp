@@ -1,0 +1,138 @@
+// What the operator does in a channel's row, sent to the channel's unit.
+#include "ui/channels/clsChannel.h"
+
+#include "core/AppState.h"
+#include "core/TextNumbers.h"
+#include "device/clsKeldoX.h"
+#include "link/ConnectToDevice.h"
+#include "platform/WhileDisabled.h"
+
+#include <limits>
+
+void clsChannel::sendTyped(int keyCode, const QLineEdit &box, Setting setting)
+{
+    if (keyCode == enterKeyCode && isNumeric(box.text()))
+        (unit().get()->*setting)(numericValue(box.text()));
+}
+
+void clsChannel::txtChanAttenKeyUp(int keyCode)
+{
+    sendTyped(keyCode, *row().txtChanAtten, &clsKeldoX::setAtten);
+}
+
+void clsChannel::txtChanInputAttenKeyUp(int keyCode)
+{
+    sendTyped(keyCode, *row().txtChanInputAtten, &clsKeldoX::setInputAtten);
+}
+
+void clsChannel::txtChanAGCoffsetKeyUp(int keyCode)
+{
+    sendTyped(keyCode, *row().txtChanAGCoffset, &clsKeldoX::setAttenOffset);
+}
+
+// The arrows stay disabled until the value has been sent. A row that was disabled meanwhile stays
+// so: the arrows go with their box.
+void clsChannel::stepBy(UpDown &arrows, QLineEdit &box, double change, double lowest,
+                        double highest, Setting setting)
+{
+    const auto device = unit();
+    WhileDisabled hold(&arrows);
+    // The number as it will be written: fractions must reach the bounds exactly.
+    const double value = leadingNumber(numberToText(leadingNumber(box.text()) + change));
+    if (value >= lowest && value <= highest)
+        (device.get()->*setting)(value);
+    if (!box.isEnabledTo(box.parentWidget()))
+        hold.keepDisabled();
+}
+
+void clsChannel::udAttenDownClick()
+{
+    stepBy(*row().udAtten, *row().txtChanAtten, -m_options.attenuationStep, 0,
+           std::numeric_limits<double>::max(), &clsKeldoX::setAtten);
+}
+
+void clsChannel::udAttenUpClick()
+{
+    stepBy(*row().udAtten, *row().txtChanAtten, m_options.attenuationStep,
+           std::numeric_limits<double>::lowest(), m_options.maximumAttenuation,
+           &clsKeldoX::setAtten);
+}
+
+// There is one step size per unit: the input attenuation steps by the output attenuation's.
+void clsChannel::udInputAttenDownClick()
+{
+    stepBy(*row().udInputAtten, *row().txtChanInputAtten, -m_options.attenuationStep, 0,
+           std::numeric_limits<double>::max(), &clsKeldoX::setInputAtten);
+}
+
+void clsChannel::udInputAttenUpClick()
+{
+    stepBy(*row().udInputAtten, *row().txtChanInputAtten, m_options.attenuationStep,
+           std::numeric_limits<double>::lowest(), m_maximumInputAttenuation,
+           &clsKeldoX::setInputAtten);
+}
+
+void clsChannel::udAGCOffsetDownClick()
+{
+    stepBy(*row().udAGCOffset, *row().txtChanAGCoffset, -m_options.attenuationStep,
+           -m_options.maximumAttenuation, std::numeric_limits<double>::max(),
+           &clsKeldoX::setAttenOffset);
+}
+
+void clsChannel::udAGCOffsetUpClick()
+{
+    stepBy(*row().udAGCOffset, *row().txtChanAGCoffset, m_options.attenuationStep,
+           std::numeric_limits<double>::lowest(), m_options.maximumAttenuation,
+           &clsKeldoX::setAttenOffset);
+}
+
+// A unit that refuses says so by its event, which puts the check mark back. A closed port sends
+// nothing and raises nothing.
+void clsChannel::chkChanBYPClick()
+{
+    const auto device = unit();
+    const bool on = row().chkChanBYP->isChecked();
+    if (device->PortIsOpen())
+        device->setBypass(on);
+    else
+        row().chkChanBYP->setChecked(!on);
+}
+
+void clsChannel::chkChanAGCClick()
+{
+    const auto device = unit();
+    const bool on = row().chkChanAGC->isChecked();
+    if (!device->PortIsOpen()) {
+        row().chkChanAGC->setChecked(!on);
+        return;
+    }
+    device->setAGC(on);
+    if (device == m_device)
+        EnableOrDisableControlsAsAppropriate();
+}
+
+void clsChannel::optPortNumClick()
+{
+    const auto keepAlive = weak_from_this().lock();
+    logEvent(QStringLiteral("clsChannel"),
+             QStringLiteral("optPortNumClick ") + numberToTextWithBlank(m_index));
+    if (const auto inTable = app().devices[m_index])
+        setDevice(inTable);
+    const auto before = m_device;
+    if (!before || !before->isInitialized())
+        InitChannel();
+    m_connectFailed = false;
+    m_unitAnswered = false;
+    auto device = before;
+    ConnectToDevice(device, m_index);
+    if (m_device == before)
+        setDevice(device);
+    if (m_unitAnswered)
+        return;
+    // Nothing answered: no value of an earlier connection stands in the row, and the port option
+    // remains to try again.
+    m_connectFailed = true;
+    DisableControls();
+    if (m_row)
+        m_row->txtChanFreq->clear();
+}

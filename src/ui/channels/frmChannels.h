@@ -1,0 +1,134 @@
+// The channels window: one row of controls for each channel, four rows to a tab. It owns the
+// controls; every control event is forwarded to the channel of the control's index.
+#pragma once
+
+#include "core/Views.h"
+#include "ui/channels/ChannelControls.h"
+
+#include <QMainWindow>
+
+#include <cstdint>
+#include <memory>
+
+class PanelStatusBar;
+class QGridLayout;
+class QProgressBar;
+class QTabWidget;
+class clsChannel;
+class clsKeldoX;
+
+class frmChannels : public QMainWindow,
+                    public ChannelsView,
+                    public std::enable_shared_from_this<frmChannels>
+{
+    Q_OBJECT
+
+public:
+    static constexpr int channelCount = 8;
+    static constexpr int channelsPerTab = 4;
+    static constexpr int escapeCharacter = 27;
+
+    frmChannels();
+    ~frmChannels() override;
+
+    // The control arrays; whoever holds them keeps the window.
+    std::shared_ptr<const ChannelControls> controls() const;
+    // Those of the program's channels window, which is loaded if need be.
+    static std::shared_ptr<const ChannelControls> loadedControls();
+
+    // --- what connecting and searching tell the window
+    // ---------------------------------------------
+    void load() override; // Form_Load
+    void show() override; // in front
+    void setDevice(std::shared_ptr<clsKeldoX> device) override;
+    void setStatusPanel(int panel, const QString &text) override;
+    void setProgress(int value) override;
+    void setProgressMaximum(int maximum) override;
+    int progressMaximum() const override;
+    void setProgressVisible(bool visible) override;
+    void prepareForSearch() override;
+    void arrangeForUnitsFound() override;
+    void refreshChannelDisplays() override;
+    int ChanIndex() const override;
+    bool escapePressed() const override { return m_escape; }
+    void clearEscape() override { m_escape = false; }
+
+    void clearStatusBar(); // panels 1 to 10
+    void ShowColumnLabelsOnTabs();
+    bool isLoaded() const { return m_loaded; }
+
+    // --- control events, each with its control's index
+    // ---------------------------------------------
+    void udAtten_UpClick(int index);
+    void udAtten_DownClick(int index);
+    void udInputAtten_UpClick(int index);
+    void udInputAtten_DownClick(int index);
+    void udAGCOffset_UpClick(int index);
+    void udAGCOffset_DownClick(int index);
+    void chkChanAGC_Click(int index);
+    void chkChanBYP_Click(int index);
+    void txtChanAtten_KeyUp(int index, int keyCode);
+    void txtChanInputAtten_KeyUp(int index, int keyCode);
+    void txtChanAGCoffset_KeyUp(int index, int keyCode);
+    void optPortNum_Click(int index);
+    void txtChanFreq_KeyUp(int index, int keyCode);
+    void txtChanFreq_DblClick(int index);
+    void Form_KeyPress(int character);
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    // Element t stands on tab t, from 0.
+    struct ColumnLabels
+    {
+        ControlArray<QLabel> lblChannel{QStringLiteral("lblChannel")};
+        ControlArray<QLabel> lblChanFreq{QStringLiteral("lblChanFreq")};
+        ControlArray<QLabel> lblChanAtten{QStringLiteral("lblChanAtten")};
+        ControlArray<QLabel> lblChanInputAtten{QStringLiteral("lblChanInputAtten")};
+        ControlArray<QLabel> lblChanAGC{QStringLiteral("lblChanAGC")};
+        ControlArray<QLabel> lblChanAGCOffset{QStringLiteral("lblChanAGCOffset")};
+        ControlArray<QLabel> lblChanBypass{QStringLiteral("lblChanBypass")};
+        // Stands in for the rows of a tab that has none.
+        ControlArray<QLabel> lblNoUnit{QStringLiteral("lblNoUnit")};
+    };
+
+    // Building, in frmChannels_controls.cpp.
+    void buildTabs();
+    QGridLayout *buildPage(int tab);
+    void buildHeader(QGridLayout &grid, int tab);
+    void addHeader(QGridLayout &grid, ControlArray<QLabel> &labels, int tab, int column,
+                   const QString &caption);
+    void buildRow(QGridLayout &grid, int index);
+    void buildPort(QGridLayout &grid, int index);
+    void buildFrequency(QGridLayout &grid, int index);
+    void buildAttenuations(QGridLayout &grid, int index);
+    void buildAGC(QGridLayout &grid, int index);
+    void buildBypass(QGridLayout &grid, int index);
+    void alignTabs(const QList<QGridLayout *> &grids);
+    void buildStatusBar();
+    void connectControls(int index);
+    void connectBoxes(int index);
+    void hideRow(int index);
+
+    using Handler = void (clsChannel::*)();
+    using KeyHandler = void (clsChannel::*)(int keyCode);
+
+    static std::shared_ptr<clsChannel> channelAt(int index);
+    static bool forward(const char *source, int index, Handler handler);
+    static bool forwardKey(const char *source, int index, int keyCode, KeyHandler handler);
+    static void putBack(const ControlArray<QCheckBox> &checks, int index);
+    void onPortOptionClick(int index, int previous);
+    void updateNoUnitLine(int tab);
+    void mDevice_DUTChange();
+
+    ChannelControls m_controls;
+    ColumnLabels m_labels;
+    QTabWidget *tabsChannels = nullptr;
+    QProgressBar *ProgressBar1 = nullptr;
+    PanelStatusBar *StatusBar = nullptr;
+    std::shared_ptr<clsKeldoX> mDevice;
+    bool m_escape = false;
+    bool m_loaded = false;
+};
