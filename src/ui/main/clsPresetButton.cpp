@@ -1,0 +1,114 @@
+// The preset buttons.
+#include "ui/main/clsPresetButton.h"
+
+#include "core/Message.h"
+#include "core/ResumeNext.h"
+#include "core/TextNumbers.h"
+#include "platform/Application.h"
+#include "platform/IndicatorLight.h"
+#include "platform/SettingsStore.h"
+
+#include <QLineEdit>
+
+static QString settingsSection()
+{
+    return QStringLiteral("Settings");
+}
+
+void setBackColor(QPushButton &button, unsigned bgr)
+{
+    const QColor color = colorOfBgr(bgr);
+    button.setStyleSheet(color.isValid()
+                             ? QStringLiteral("QPushButton { background-color: %1; color: black; }"
+                                              "QPushButton:disabled { color: #506050; }")
+                                   .arg(color.name())
+                             : QString());
+}
+
+void clsPresetButton::ShowThatPresetIsNotSetMessageBox() const
+{
+    showMessage(QStringLiteral("That preset button has not been set.\r\n"
+                               "To set a preset button to the current frequency, click 'set "
+                               "presets' then click the preset button. Then click 'set presets' "
+                               "again."),
+                MessageBox::Information);
+}
+
+void clsPresetButton::setSetMode(bool on)
+{
+    m_setMode = on;
+    if (!m_button)
+        return;
+    setBackColor(*m_button, on ? setModeColor : buttonFaceColor);
+    const QString meaning =
+        on ? QObject::tr("Click to store the current frequency here")
+           : QObject::tr("Click to tune to this frequency (Ctrl+%1)").arg(m_index - 3);
+    m_button->setToolTip(meaning);
+    m_button->setAccessibleDescription(meaning);
+}
+
+QString clsPresetButton::key() const
+{
+    return QStringLiteral("PresetFrequency") + numberToTextWithBlank(m_index);
+}
+
+void clsPresetButton::SaveToPersistantStorage() const
+{
+    SettingsStore::write(applicationTitle(), settingsSection(), key(),
+                         numberToTextWithBlank(m_value));
+}
+
+void clsPresetButton::LoadFromPersistantStorage()
+{
+    const QString stored = SettingsStore::read(applicationTitle(), settingsSection(), key());
+    setValue(isNumeric(stored) ? numericValue(stored) : 0);
+}
+
+void clsPresetButton::setButton(QPushButton *button)
+{
+    m_button = button;
+    // Elements of a control array are named name_index.
+    m_index =
+        button ? button->objectName().section(QLatin1Char('_'), -1).toShort() : std::int16_t{-1};
+    setSetMode(m_setMode);
+}
+
+void clsPresetButton::setValue(double megahertz)
+{
+    m_value = megahertz;
+    refresh();
+}
+
+void clsPresetButton::refresh()
+{
+    setDisplayText(m_value > 0 ? numberToTextWithBlank(m_value) : QString());
+}
+
+void clsPresetButton::setDisplayText(const QString &text)
+{
+    m_displayText = text;
+    if (auto *button = qobject_cast<QPushButton *>(m_display.data()))
+        button->setText(text);
+    else if (auto *box = qobject_cast<QLineEdit *>(m_display.data()))
+        box->setText(text);
+}
+
+void clsPresetButton::Disable()
+{
+    setEnabled(false);
+}
+
+void clsPresetButton::EnableIfValid()
+{
+    reportAndEnd("clsPresetButton.EnableIfValid", [this] {
+        if (m_button)
+            setEnabled(true);
+    });
+}
+
+void clsPresetButton::setEnabled(bool enabled)
+{
+    m_enabled = enabled;
+    if (m_button)
+        m_button->setEnabled(enabled);
+}

@@ -1,0 +1,255 @@
+// The main window's life: making, loading, first activation, closing.
+#include "ui/main/frmMain_KeldoX2.h"
+
+#include "core/ResumeNext.h"
+#include "core/modMain_KeldoX2.h"
+#include "device/clsPelltrim.h"
+#include "platform/Application.h"
+#include "platform/EntryEvents.h"
+#include "platform/EventQueue.h"
+#include "ui/dialogs/frmPasswordBox.h"
+#include "ui/main/clsPresetButton.h"
+#include "ui_frmMain_KeldoX2.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QHelpEvent>
+#include <QShortcut>
+#include <QTimer>
+#include <QToolTip>
+
+#include <algorithm>
+
+static constexpr int firstPreset = 4;
+static constexpr int lastPreset = 7;
+
+frmMain_KeldoX2::frmMain_KeldoX2() : m_ui(std::make_unique<Ui::frmMain_KeldoX2>())
+{
+    m_ui->setupUi(this);
+    m_ui->StatusBar->setPanels({5, 2});
+    tmrPollingTimer.setParent(this);
+    tmrPollingTimer.setObjectName(QStringLiteral("tmrPollingTimer"));
+    tmr1.setParent(this);
+    tmr1.setObjectName(QStringLiteral("tmr1"));
+    elapseOnTimer(&tmr1);
+    bindControls();
+    bindMenus();
+    styleControls();
+    addShortcuts();
+    frmMain_KeldoX2::setDevice(std::make_shared<clsKeldoX>());
+}
+
+frmMain_KeldoX2::~frmMain_KeldoX2() = default;
+
+void frmMain_KeldoX2::bindControls()
+{
+    for (int i = 1; i <= 3; ++i) {
+        txtFreq.insert(i, findChild<QLineEdit *>(QStringLiteral("txtFreq_%1").arg(i)));
+        optInputLimit.insert(i,
+                             findChild<QRadioButton *>(QStringLiteral("optInputLimit_%1").arg(i)));
+        m_inputLimits.add(i, optInputLimit(i));
+    }
+    for (int i = firstPreset; i <= lastPreset; ++i) {
+        cmdSetDUTFreq.insert(i,
+                             findChild<QPushButton *>(QStringLiteral("cmdSetDUTFreq_%1").arg(i)));
+        connect(cmdSetDUTFreq(i), &QPushButton::clicked, this,
+                [this, i] { cmdSetDUTFreq_Click(i); });
+    }
+    connect(&m_inputLimits, &OptionSet::Click, this, &frmMain_KeldoX2::optInputLimit_Click);
+    connect(m_ui->cmdSetPresets, &QPushButton::clicked, this,
+            &frmMain_KeldoX2::cmdSetPresets_Click);
+    const auto *entry = EntryEvents::watch(m_ui->txtCurrentFreq);
+    connect(entry, &EntryEvents::EnterUp, this, &frmMain_KeldoX2::txtCurrentFreq_KeyUp);
+    connect(entry, &EntryEvents::DblClick, this, &frmMain_KeldoX2::txtCurrentFreq_DblClick);
+    const StepSlider *slider = m_ui->HScroll1;
+    connect(slider, &StepSlider::sliderMoved, this, &frmMain_KeldoX2::HScroll1_Scroll);
+    connect(slider, &StepSlider::valueChanged, this, &frmMain_KeldoX2::HScroll1_Change);
+    connect(slider, &StepSlider::sliderReleased, this, &frmMain_KeldoX2::HScroll1_Released);
+}
+
+static const double heroScale = 2.6; // of the window's own font, and at most three times that
+
+// The digits fill their box: the current frequency is read across the room.
+void frmMain_KeldoX2::fitFrequencyFont()
+{
+    QLineEdit *box = m_ui->txtCurrentFreq;
+    const double smallest = QFontInfo(font()).pixelSize() * heroScale;
+    QFont large = box->font();
+    large.setPixelSize(100);
+    const double widest = QFontMetrics(large).horizontalAdvance(QStringLiteral("0000.0000000"));
+    const double fitting = std::min(box->height() * 0.62, box->width() * 100 / widest);
+    large.setPixelSize(static_cast<int>(std::clamp(fitting, smallest, smallest * 3)));
+    if (large != box->font())
+        box->setFont(large);
+}
+
+void frmMain_KeldoX2::styleControls()
+{
+    QFont large = font();
+    large.setPixelSize(static_cast<int>(QFontInfo(font()).pixelSize() * heroScale));
+    large.setWeight(QFont::DemiBold);
+    m_ui->txtCurrentFreq->setFont(large);
+    // Fixed here, so that the window can be made small again after the digits have grown.
+    m_ui->txtCurrentFreq->setMinimumSize(
+        QFontMetrics(large).horizontalAdvance(QStringLiteral("0000.0000000")),
+        m_ui->txtCurrentFreq->sizeHint().height());
+    m_ui->paneEntry->setMaximumHeight(m_ui->txtCurrentFreq->minimumHeight() * 3);
+    m_ui->txtCurrentFreq->installEventFilter(this);
+    // As wide with a text as without, so that nothing moves when a unit is connected.
+    const int planWidth =
+        fontMetrics().horizontalAdvance(QStringLiteral(" 000.00 kHz channel bandwidth"));
+    m_ui->lblChannelSpacing->setMinimumWidth(planWidth);
+    m_ui->lblbandwidth->setMinimumWidth(planWidth);
+    QFont unit = font();
+    unit.setPointSizeF(font().pointSizeF() * 1.6);
+    m_ui->lblMHz->setFont(unit);
+    QFont heading = font();
+    heading.setBold(true);
+    m_ui->lblCurrentFreq->setFont(heading);
+    m_ui->lblCurrentChannel->setFont(heading);
+    QPalette display = palette();
+    display.setColor(QPalette::Base, palette().color(QPalette::Window));
+    const int displayWidth = fontMetrics().horizontalAdvance(QStringLiteral("0000.000000 MHz 0"));
+    for (QLineEdit *box : txtFreq.all()) {
+        box->setPalette(display); // shows, and does not invite to type
+        box->setFixedWidth(displayWidth);
+    }
+    m_ui->txtPelltrim->setFixedWidth(fontMetrics().horizontalAdvance(QStringLiteral("000000000")));
+    for (QPushButton *button : cmdSetDUTFreq.all())
+        button->setMinimumSize(fontMetrics().horizontalAdvance(QStringLiteral(" 0000.000000 ")),
+                               fontMetrics().height() * 2);
+    m_ui->cmdSetPresets->setMinimumHeight(fontMetrics().height() * 2);
+    resize(fontMetrics().height() * 46, fontMetrics().height() * 31);
+}
+
+void frmMain_KeldoX2::addShortcuts()
+{
+    const auto focusBy = [this](const char *keys, QWidget *control) {
+        auto *shortcut = new QShortcut(QKeySequence(QString::fromLatin1(keys)), this);
+        connect(shortcut, &QShortcut::activated, control,
+                [control] { control->setFocus(Qt::ShortcutFocusReason); });
+    };
+    focusBy("Ctrl+F", m_ui->txtCurrentFreq);
+    focusBy("Ctrl+T", m_ui->HScroll1);
+    for (int i = firstPreset; i <= lastPreset; ++i) {
+        auto *shortcut = new QShortcut(QKeySequence(QStringLiteral("Ctrl+%1").arg(i - 3)), this);
+        connect(shortcut, &QShortcut::activated, cmdSetDUTFreq(i), &QPushButton::animateClick);
+    }
+}
+
+void frmMain_KeldoX2::load()
+{
+    resumeNext(
+        "frmMain.Form_Load", [this] { m_firstActivation = true; },
+        [this] { tmrPollingTimer.setEnabled(false); }, [this] { ClearDisplays(); },
+        [this] { setCurrentChannelCaption(QStringLiteral("No active channel")); },
+        [this] { setWindowTitle(QStringLiteral("   ") + applicationTitle()); },
+        [this] {
+            setStatusPanel(1, QStringLiteral("NOT CONNECTED"));
+            m_ui->lblChannelSpacing->clear();
+            m_ui->lblbandwidth->clear();
+            m_ui->ShapeStatusLight->setFillColor(IndicatorLight::buttonFace,
+                                                 tr("no unit has been asked yet"));
+            m_ui->ShapeOneBitLight->setFillColor(IndicatorLight::buttonFace, tr("off"));
+        },
+        [this] { m_ui->HScroll1->setPageStep(10); }, [this] { createPresets(); },
+        [this] {
+            if (!Pelltrim)
+                Pelltrim =
+                    std::make_unique<clsPelltrim>(m_ui->HScroll_Pelltrim, m_ui->txtPelltrim,
+                                                  m_ui->chkPelltrimCalMode, m_ui->FramePelltrim);
+            Pelltrim->setDevice(mDevice);
+        },
+        [this] { disableUnitControls(); });
+}
+
+void frmMain_KeldoX2::createPresets()
+{
+    auto &presets = app().presets;
+    for (int i = 1; i <= lastPreset; ++i) {
+        if (!presets[i])
+            presets[i] = std::make_shared<clsPresetButton>();
+        if (i < firstPreset) {
+            presets[i]->setDisplay(txtFreq(i));
+            continue;
+        }
+        presets[i]->setButton(cmdSetDUTFreq(i));
+        presets[i]->setDisplay(cmdSetDUTFreq(i));
+        presets[i]->LoadFromPersistantStorage();
+    }
+}
+
+// Some desktops, and a bare virtual display, never activate a window: the first show counts too.
+void frmMain_KeldoX2::showEvent(QShowEvent *event)
+{
+    QMainWindow::showEvent(event);
+    QTimer::singleShot(0, this, &frmMain_KeldoX2::Form_Activate);
+}
+
+bool frmMain_KeldoX2::event(QEvent *event)
+{
+    const bool handled = QMainWindow::event(event);
+    if (event->type() == QEvent::WindowActivate)
+        Form_Activate();
+    return handled;
+}
+
+// The frequency's digits follow their box. Entries on the menu bar itself have no tool tips of
+// their own; a disabled one must say why.
+bool frmMain_KeldoX2::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == m_ui->menuBar && event->type() == QEvent::ToolTip) {
+        const auto *help = static_cast<QHelpEvent *>(event);
+        const QAction *entry = m_ui->menuBar->actionAt(help->pos());
+        QToolTip::showText(help->globalPos(),
+                           entry && !entry->menu() ? entry->toolTip() : QString(), m_ui->menuBar);
+        return true;
+    }
+    if (watched == m_ui->txtCurrentFreq && event->type() == QEvent::Resize)
+        fitFrequencyFont();
+    return QMainWindow::eventFilter(watched, event);
+}
+
+void frmMain_KeldoX2::Form_Activate()
+{
+    if (!m_firstActivation || !isVisible())
+        return;
+    m_firstActivation = false;
+    resumeNext(
+        "frmMain.Form_Activate", [this] { setCursor(Qt::WaitCursor); },
+        [this] {
+            tmrPollingTimer.setInterval(1000);
+            restartPollingIfChecked();
+        },
+        [this] {
+            m_sliderEvents = true;
+            app().guard().set(true);
+        },
+        [this] { setFocus(); }, // not in a display that happens to be first
+        [this] { unsetCursor(); });
+}
+
+void frmMain_KeldoX2::closeEvent(QCloseEvent *event)
+{
+    Form_Unload();
+    event->accept();
+}
+
+// The window itself is not unloaded by the loop: the end of the program disposes of it.
+void frmMain_KeldoX2::Form_Unload()
+{
+    if (EventQueue::ending())
+        return;
+    resumeNext(
+        "frmMain.Form_Unload",
+        [this] {
+            QList<QPointer<QWidget>> others;
+            for (QWidget *window : QApplication::topLevelWidgets())
+                if (window != this && window->isVisible())
+                    others.prepend(window);
+            for (const auto &window : others)
+                if (window)
+                    window->close();
+        },
+        [] { EventQueue::endProgram(); });
+}

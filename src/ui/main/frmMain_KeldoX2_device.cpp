@@ -1,0 +1,218 @@
+// How the main window follows the unit: its events become displays, and its requests are answered.
+#include "ui/main/frmMain_KeldoX2.h"
+
+#include "core/ResumeNext.h"
+#include "core/TextNumbers.h"
+#include "core/WhileGuarded.h"
+#include "core/modMain_KeldoX2.h"
+#include "device/clsPelltrim.h"
+#include "platform/EventQueue.h"
+#include "ui/dialogs/frmPasswordBox.h"
+#include "ui/main/clsPresetButton.h"
+#include "ui_frmMain_KeldoX2.h"
+
+#include <QScopedValueRollback>
+
+static constexpr std::int32_t mostSingleSteps = 32000; // beyond it four steps are one slider unit
+static constexpr double pageMHz = 2.5;
+static constexpr double hertzPerKilohertz = 1000;
+
+void frmMain_KeldoX2::setDevice(std::shared_ptr<clsKeldoX> device)
+{
+    if (mDevice)
+        disconnect(mDevice.get(), nullptr, this, nullptr);
+    mDevice = device ? std::move(device) : std::make_shared<clsKeldoX>();
+    m_linkLost = false;
+    m_tuning.reset();
+    m_ui->ShapeOneBitLight->setFillColor(IndicatorLight::buttonFace, tr("off"));
+
+    const clsKeldoX *unit = mDevice.get();
+    connect(unit, &clsKeldoX::GetPassword, this, &frmMain_KeldoX2::mDevice_GetPassword);
+    connect(unit, &clsKeldoX::StatusChange, this, &frmMain_KeldoX2::mDevice_StatusChange);
+    connect(unit, &clsKeldoX::InputLimitingModeChange, this,
+            &frmMain_KeldoX2::mDevice_InputLimitingModeChange);
+    connect(unit, &clsKeldoX::InputAttenChange, this, &frmMain_KeldoX2::mDevice_InputAttenChange);
+    connect(unit, &clsKeldoX::FreqChange, this, &frmMain_KeldoX2::mDevice_FreqChange);
+    connect(unit, &clsKeldoX::DUTChange, this, &frmMain_KeldoX2::mDevice_DUTChange);
+    connect(unit, &clsKeldoX::LinkLost, this, &frmMain_KeldoX2::mDevice_LinkLost);
+    // The fine-tuning controls hear the unit after the window.
+    if (Pelltrim)
+        Pelltrim->setDevice(mDevice);
+}
+
+// The command is sent also after Cancel, deliberately, then with nothing behind the blank.
+void frmMain_KeldoX2::mDevice_GetPassword()
+{
+    if (m_passwordBox) // one box is enough, whatever else is refused while it is open
+        return;
+    reportAndEnd("formMain.DUT_GetPassword", [this] {
+        const auto unit = mDevice;
+        QString password;
+        m_passwordBox = std::make_unique<frmPasswordBox>();
+        m_passwordBox->showModal();
+        if (m_passwordBox->answerStatus() == frmPasswordBox::Entered)
+            password = m_passwordBox->result();
+        m_passwordBox.reset();
+        if (!EventQueue::ending())
+            unit->deviceWrite(QStringLiteral("PASSWORD ") + password);
+    });
+}
+
+static QString meaningOf(qint32 status)
+{
+    switch (status) {
+    case clsKeldoX::Good:
+        return QObject::tr("OK: the unit answered as expected");
+    case clsKeldoX::LockedAfterStep:
+        return QObject::tr("OK: the unit's oscillator is locked");
+    case clsKeldoX::Unlocked:
+        return QObject::tr("the unit's oscillator is unlocked");
+    case clsKeldoX::Refused:
+        return QObject::tr("the unit refused the setting: a password is needed");
+    default:
+        return QObject::tr("the unit's reply was wrong or missing");
+    }
+}
+
+void frmMain_KeldoX2::mDevice_StatusChange(qint32 status)
+{
+    const bool good = status == clsKeldoX::Good || status == clsKeldoX::LockedAfterStep;
+    resumeNext(
+        "formMain.DUT_StatusChange",
+        [&] {
+            m_ui->ShapeStatusLight->setFillColor(good ? IndicatorLight::green : IndicatorLight::red,
+                                                 meaningOf(status));
+        },
+        [&] {
+            // Good replies in between leave the text: it tells of the oscillator.
+            if (status == clsKeldoX::Unlocked)
+                setStatusPanel(2, QStringLiteral("VCO UNLOCKED"));
+            else if (status == clsKeldoX::LockedAfterStep)
+                setStatusPanel(2, QStringLiteral("OK"));
+        });
+}
+
+void frmMain_KeldoX2::showCommunicationFailure()
+{
+    m_ui->ShapeStatusLight->setFillColor(IndicatorLight::red, tr("no unit answers"));
+}
+
+void frmMain_KeldoX2::mDevice_LinkLost()
+{
+    m_linkLost = true;
+    resumeNext(
+        "formMain.DUT_LinkLost", [this] { showCommunicationFailure(); },
+        [this] { setStatusPanel(1, QStringLiteral("NOT CONNECTED")); },
+        [this] { showNotConnected(); });
+}
+
+void frmMain_KeldoX2::mDevice_InputLimitingModeChange(qint16 mode)
+{
+    reportAndEnd("formMain.DUT_InputLimitingModeChange", [&] {
+        if (!m_linkLost)
+            ShowInputLimitingMode(mode);
+    });
+}
+
+void frmMain_KeldoX2::mDevice_InputAttenChange(double decibels)
+{
+    constexpr unsigned amber = 0x00B0FF; // blue-green-red
+    if (decibels > 0 && !m_linkLost)
+        m_ui->ShapeOneBitLight->setFillColor(amber, numberToText(decibels) + tr(" dB"));
+    else
+        m_ui->ShapeOneBitLight->setFillColor(IndicatorLight::buttonFace, tr("off"));
+}
+
+void frmMain_KeldoX2::ShowInputLimitingMode(std::int16_t mode)
+{
+    const bool offered = mode >= 1 && mode <= 3;
+    m_inputLimitingMode = offered ? mode : std::int16_t{0};
+    m_ui->FrameInputLimiting->setEnabled(offered);
+    for (QRadioButton *button : optInputLimit.all())
+        button->setEnabled(offered);
+    m_inputLimits.select(m_inputLimitingMode);
+}
+
+void frmMain_KeldoX2::optInputLimit_Click(int index)
+{
+    const auto unit = mDevice;
+    whileGuarded([&] {
+        reportAndEnd("frmMain.optInputLimit_Click",
+                     [&] { unit->setInputLimitingMode(static_cast<std::int16_t>(index)); });
+    });
+    // Refused, or not sent at all: the buttons show the mode that the unit has.
+    m_inputLimits.select(m_inputLimitingMode);
+}
+
+// Each step that follows a wait looks whether the unit is still the one that is shown.
+void frmMain_KeldoX2::mDevice_DUTChange()
+{
+    const auto unit = mDevice;
+    m_linkLost = false;
+    const QScopedValueRollback quiet(m_sliderEvents, false);
+    const auto isShown = [&] { return unit == mDevice && !m_linkLost; };
+    const auto whileShown = [&](auto step) {
+        return [&, step] {
+            if (isShown())
+                step();
+        };
+    };
+    resumeNext(
+        "frmMain.mDevice_DUTChange", [&] { showSliderRange(*unit); }, whileShown([&] {
+            const QString spacing =
+                numberToTextWithBlank(unit->ChannelSpacing() / hertzPerKilohertz);
+            if (isShown())
+                m_ui->lblChannelSpacing->setText(spacing +
+                                                 QStringLiteral(" kHz frequency spacing"));
+        }),
+        whileShown([&] { showBandwidth(*unit); }), whileShown([&] { UpdateFreqs(*unit); }),
+        whileShown([&] {
+            setCurrentChannelCaption(QStringLiteral("Active Channel %1").arg(activeChannel()));
+        }),
+        whileShown([&] {
+            const std::int16_t mode = unit->InputLimitingMode();
+            if (isShown())
+                ShowInputLimitingMode(mode);
+        }),
+        whileShown([&] {
+            showPresets();
+            // A unit found by a search is shown at once and handed over when the search is done.
+            if (!app().searchFinished)
+                return;
+            EnableMostControls(true);
+            focusFrequency();
+        }));
+}
+
+void frmMain_KeldoX2::showSliderRange(clsKeldoX &device)
+{
+    StepSlider *slider = m_ui->HScroll1;
+    const std::int32_t maxStep = device.MaxStep();
+    const std::int16_t scale = maxStep > mostSingleSteps ? 4 : 1;
+    app().sliderScale = scale;
+    slider->setMaximum(toInt32(static_cast<double>(maxStep) / scale));
+    // Not divided by the scale on purpose: on units of many steps a page is 10 MHz.
+    const std::int32_t page = toInt32(device.MHzToSteps(pageMHz));
+    if (slider->minimum() <= page && page < slider->maximum())
+        slider->setPageStep(page);
+}
+
+void frmMain_KeldoX2::showBandwidth(clsKeldoX &device)
+{
+    const double bandwidth = device.ChanBW() / hertzPerKilohertz;
+    m_ui->lblbandwidth->setText(bandwidth == 0 ? QString()
+                                               : numberToTextWithBlank(bandwidth) +
+                                                     QStringLiteral(" kHz channel bandwidth"));
+}
+
+void frmMain_KeldoX2::UpdateFreqs(clsKeldoX &device)
+{
+    auto &presets = app().presets;
+    presets[1]->setValue(device.StartFreq());
+    presets[2]->setValue(device.CenterFreq());
+    presets[3]->setValue(device.StopFreq());
+    for (int i = 1; i <= 3; ++i) {
+        presets[i]->setDisplayText(numberToText(presets[i]->value()) + QStringLiteral(" MHz"));
+        presets[i]->Display()->setVisible(true);
+    }
+}

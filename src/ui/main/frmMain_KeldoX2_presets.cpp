@@ -1,0 +1,84 @@
+// The preset buttons of the main window and the mode in which they are set.
+#include "ui/main/frmMain_KeldoX2.h"
+
+#include "core/Message.h"
+#include "core/ResumeNext.h"
+#include "core/TextNumbers.h"
+#include "core/WhileGuarded.h"
+#include "device/clsKeldoX.h"
+#include "ui/main/clsPresetButton.h"
+#include "ui_frmMain_KeldoX2.h"
+
+static constexpr int firstPreset = 4;
+static constexpr int lastPreset = 7;
+
+void frmMain_KeldoX2::EnablePresetsIfTheyreValid()
+{
+    for (int i = 1; i <= lastPreset; ++i)
+        if (const auto preset = app().presets[i])
+            preset->EnableIfValid();
+}
+
+// The captions were emptied with the displays: the stored values show again.
+void frmMain_KeldoX2::showPresets()
+{
+    for (int i = firstPreset; i <= lastPreset; ++i)
+        if (const auto preset = app().presets[i])
+            preset->refresh();
+}
+
+void frmMain_KeldoX2::cmdSetPresets_Click()
+{
+    whileGuarded([this] {
+        reportAndEnd("frmMain.cmdSetPresets_Click", [this] {
+            m_setMode = !m_setMode;
+            setBackColor(*m_ui->cmdSetPresets, m_setMode ? clsPresetButton::setModeColor
+                                                         : clsPresetButton::buttonFaceColor);
+            const QString meaning =
+                m_setMode ? tr("Setting presets: click a preset to store the current frequency, "
+                               "then click here again")
+                          : tr("Then click a preset to store the current frequency in it");
+            m_ui->cmdSetPresets->setToolTip(meaning);
+            m_ui->cmdSetPresets->setAccessibleDescription(meaning);
+            for (int i = firstPreset; i <= lastPreset; ++i) {
+                app().presets[i]->setSetMode(m_setMode);
+                app().presets[i]->setEnabled(true);
+            }
+        });
+    });
+}
+
+// The number that the frequency box shows. Raises 13 (type mismatch) when it shows none.
+static double shownFrequency(const QString &text)
+{
+    const auto megahertz = numberWithUnit(text);
+    return megahertz ? *megahertz : numericValue(text);
+}
+
+// Says the same as the preset's own message but for ", then": both wordings are kept on purpose.
+static void tellThatPresetIsNotSet()
+{
+    showMessage(QStringLiteral("That preset button has not been set.\r\n"
+                               "To set a preset button to the current frequency, click 'set "
+                               "presets' then click the preset button, then click 'set presets' "
+                               "again."),
+                MessageBox::Information);
+}
+
+void frmMain_KeldoX2::cmdSetDUTFreq_Click(int index)
+{
+    const auto unit = mDevice;
+    const auto preset = app().presets[index];
+    whileGuarded([&] {
+        reportAndEnd("frmMain.cmdSetDUTFreq_Click", [&] {
+            if (preset->SetMode()) {
+                preset->setValue(shownFrequency(m_ui->txtCurrentFreq->text()));
+                preset->SaveToPersistantStorage();
+            } else if (preset->value() <= 0) {
+                tellThatPresetIsNotSet();
+            } else {
+                unit->setCurrentFreq(preset->value());
+            }
+        });
+    });
+}

@@ -1,0 +1,106 @@
+// Tuning from the main window: the frequency box and the step slider, and how both follow the
+// unit's frequency.
+#include "ui/main/frmMain_KeldoX2.h"
+
+#include "core/ResumeNext.h"
+#include "core/TextNumbers.h"
+#include "core/WhileGuarded.h"
+#include "device/clsKeldoX.h"
+#include "platform/WhileDisabled.h"
+#include "ui_frmMain_KeldoX2.h"
+
+#include <QScopedValueRollback>
+
+// A text that is no number is ignored without a message; "145.5 MHz" is one.
+void frmMain_KeldoX2::txtCurrentFreq_KeyUp()
+{
+    const auto unit = mDevice;
+    whileGuarded([&] {
+        reportAndEnd("frmMain.txtCurrentFreq_KeyUp", [&] {
+            if (const auto megahertz = numberWithUnit(m_ui->txtCurrentFreq->text()))
+                unit->setCurrentFreq(*megahertz);
+        });
+    });
+}
+
+// Sends the frequency shown once more.
+void frmMain_KeldoX2::txtCurrentFreq_DblClick()
+{
+    const auto unit = mDevice;
+    whileGuarded([&] {
+        reportAndEnd("frmMain.txtCurrentFreq_DblClick", [&] {
+            const double megahertz = leadingNumber(m_ui->txtCurrentFreq->text());
+            if (megahertz > 0)
+                unit->setCurrentFreq(megahertz);
+        });
+    });
+}
+
+// While the thumb is dragged only the box follows; the unit tunes when it is let go.
+void frmMain_KeldoX2::HScroll1_Scroll(int position)
+{
+    reportAndEnd("frmMain.HScroll1_Scroll", [&] {
+        const double start = leadingNumber(txtFreq(1)->text());
+        const double offset = mDevice->StepsToMHz(position * app().sliderScale);
+        m_ui->txtCurrentFreq->setText(numberToText(start + offset));
+    });
+}
+
+void frmMain_KeldoX2::HScroll1_Change()
+{
+    if (!m_ui->HScroll1->isEnabled() || !m_sliderEvents)
+        return;
+    const qint32 step = m_ui->HScroll1->value() * app().sliderScale;
+    whileGuarded([&] { sendStep(step); });
+    // A step that was refused, or that the unit ignores because rounding took it beyond the
+    // maximum: slider and box go back to where the unit is.
+    followUnit();
+}
+
+// The slider is disabled meanwhile, so that no second change arrives while the unit works.
+void frmMain_KeldoX2::sendStep(qint32 step)
+{
+    const auto unit = mDevice;
+    const int disables = m_disables;
+    WhileDisabled hold(m_ui->HScroll1);
+    reportAndEnd("frmMain.HScroll1_Change", [&] { unit->setCurrentStep(step); });
+    if (disables != m_disables)
+        hold.keepDisabled();
+}
+
+// A drag that ends where it began sends nothing: the box shows the unit's frequency again.
+void frmMain_KeldoX2::HScroll1_Released()
+{
+    if (m_ui->HScroll1->sliderPosition() == m_ui->HScroll1->value())
+        followUnit();
+}
+
+void frmMain_KeldoX2::mDevice_FreqChange(qint32 step, double freqMHz)
+{
+    if (m_linkLost)
+        return;
+    m_tuning = Tuning{step, freqMHz};
+    followUnit();
+}
+
+void frmMain_KeldoX2::followUnit()
+{
+    if (!m_tuning)
+        return;
+    const Tuning tuning = *m_tuning;
+    resumeNext(
+        "frmMain.DUT_FreqChange", [&] { moveSlider(tuning.step); },
+        [&] { m_ui->txtCurrentFreq->setText(numberToText(tuning.megahertz)); });
+}
+
+// A step beyond the slider's end leaves the slider where it is.
+void frmMain_KeldoX2::moveSlider(qint32 step)
+{
+    StepSlider *slider = m_ui->HScroll1;
+    const double place = static_cast<double>(step) / app().sliderScale;
+    // The thumb that the operator holds stays where the hand is.
+    if (place == slider->value() || place > slider->maximum() || slider->isSliderDown())
+        return;
+    const QScopedValueRollback quiet(m_sliderEvents, false);
+    slider->setValue(toInt32(place));
+}
