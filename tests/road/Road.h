@@ -1,0 +1,111 @@
+// What the operator's road needs: the program's real windows and their controls by name, typing,
+// and pictures of the windows where KELDOX_PICTURES says.
+#pragma once
+
+#include "support/Fixture.h"
+#include "support/TestMain.h"
+
+#include "core/AppState.h"
+#include "core/modMain_KeldoX2.h"
+#include "platform/EventQueue.h"
+#include "ui/main/ProgramIcon.h"
+#include "ui/main/windowMakers.h"
+
+#include <QtWidgets>
+
+namespace road {
+
+constexpr char mainName[] = "frmMain_KeldoX2";
+constexpr char channelsName[] = "frmChannels";
+constexpr char monitorName[] = "frmIODaemon";
+
+inline QWidget *window(const char *name)
+{
+    for (QWidget *top : QApplication::topLevelWidgets())
+        if (top->objectName() == QString::fromLatin1(name))
+            return top;
+    return nullptr;
+}
+
+template <class Widget> Widget *control(const char *windowName, const char *name)
+{
+    const QWidget *top = window(windowName);
+    return top ? top->findChild<Widget *>(QString::fromLatin1(name)) : nullptr;
+}
+
+inline void typeInto(QLineEdit *box, const QString &text)
+{
+    box->setFocus();
+    box->selectAll();
+    QTest::keyClicks(box, text);
+    QTest::keyClick(box, Qt::Key_Return);
+}
+
+inline QString mainText(const char *label)
+{
+    const auto *found = control<QLabel>(mainName, label);
+    return found ? found->text() : QStringLiteral("(no such label)");
+}
+
+inline void trigger(const char *windowName, const char *entry)
+{
+    window(windowName)->findChild<QAction *>(QString::fromLatin1(entry))->trigger();
+}
+
+// Empty when no pictures are wanted.
+inline QString pictureFolder()
+{
+    return qEnvironmentVariable("KELDOX_PICTURES");
+}
+
+inline void picture(QWidget *shown, const char *file)
+{
+    if (pictureFolder().isEmpty())
+        return;
+    EventQueue::yield();
+    shown->grab().save(pictureFolder() + QLatin1Char('/') + QString::fromLatin1(file) +
+                       QStringLiteral(".png"));
+}
+
+inline void picture(const char *windowName, const char *file)
+{
+    picture(window(windowName), file);
+}
+
+// As the program starts: its icon, its windows, and the event guard up in the end.
+inline void startProgram()
+{
+    QApplication::setWindowIcon(programIcon());
+    Main(windowMakers());
+    QTRY_VERIFY(app().guard().isUp());
+}
+
+// The operator's hand on the next modal dialog that is ready: acts once.
+class Hand : public QObject
+{
+public:
+    using Act = std::function<void(QWidget *)>;
+    using Ready = std::function<bool(QWidget *)>;
+
+    explicit Hand(Act act, Ready ready = {}) : m_act(std::move(act)), m_ready(std::move(ready))
+    {
+        m_timer.setInterval(10);
+        connect(&m_timer, &QTimer::timeout, this, [this] {
+            QWidget *dialog = QApplication::activeModalWidget();
+            if (!dialog || acted || (m_ready && !m_ready(dialog)))
+                return;
+            acted = true;
+            m_act(dialog);
+        });
+        m_timer.start();
+    }
+
+    bool acted = false;
+
+private:
+    Act m_act;
+    Ready m_ready;
+    QTimer m_timer;
+};
+
+} // namespace road
