@@ -1,0 +1,65 @@
+// Rules that every source file keeps: it says what it is for, and only the ground floor knows which
+// system the program runs on.
+#include "support/TestMain.h"
+
+#include "SourceTree.h"
+
+#include <QRegularExpression>
+
+class TestSources : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void everyFileBeginsWithWhatItIsFor();
+    void onlyThePlatformFolderKnowsTheSystem();
+    void theRulesSeeABreach();
+};
+
+static bool beginsWithComment(const QString &source)
+{
+    static const QRegularExpression opening(QStringLiteral(R"(^//+ \S.{10,})"));
+    return opening.match(source).hasMatch();
+}
+
+static bool asksForTheSystem(const QString &source)
+{
+    static const QRegularExpression macro(
+        QStringLiteral(R"(\b(Q_OS_\w+|_WIN32|WIN32|__linux__|__unix__|__APPLE__|__MINGW32__)\b)"));
+    return macro.match(source).hasMatch();
+}
+
+void TestSources::everyFileBeginsWithWhatItIsFor()
+{
+    QStringList silent;
+    for (const char *folder : {"src", "sim", "tests", "bench"})
+        for (const QString &file : sourceFiles(QString::fromLatin1(folder)))
+            if (!beginsWithComment(contentsOf(file)))
+                silent.append(file);
+    QVERIFY2(silent.isEmpty(), qPrintable(silent.join(QStringLiteral("\n"))));
+}
+
+void TestSources::onlyThePlatformFolderKnowsTheSystem()
+{
+    QStringList asking;
+    const QStringList files = sourceFiles(QStringLiteral("src"));
+    QVERIFY(files.size() > 20);
+    for (const QString &file : files)
+        if (!file.startsWith(QLatin1String("src/platform/")) && asksForTheSystem(contentsOf(file)))
+            asking.append(file);
+    QVERIFY2(asking.isEmpty(), qPrintable(asking.join(QStringLiteral("\n"))));
+}
+
+void TestSources::theRulesSeeABreach()
+{
+    QVERIFY(!beginsWithComment(QStringLiteral("#pragma once\n// What this is for.\n")));
+    QVERIFY(!beginsWithComment(QStringLiteral("\n// What this is for.\n")));
+    QVERIFY(!beginsWithComment(QStringLiteral("//\n")));
+    QVERIFY(beginsWithComment(QStringLiteral("// What this is for.\n#pragma once\n")));
+    QVERIFY(asksForTheSystem(QStringLiteral("#ifdef Q_OS_WIN\n")));
+    QVERIFY(asksForTheSystem(QStringLiteral("#if defined(__linux__)\n")));
+    QVERIFY(!asksForTheSystem(QStringLiteral("#ifdef NDEBUG\n")));
+}
+
+KELDOX_TEST(TestSources)
+#include "TestSources.moc"
