@@ -1,0 +1,175 @@
+// The windows' side: a search over all numbers without a device, the event display under load, and
+// start-up to a usable main window.
+#include "bench/Bench.h"
+
+#include "core/modMain_KeldoX2.h"
+#include "discovery/modSearchPorts.h"
+#include "platform/EventQueue.h"
+#include "platform/MessageBox.h"
+#include "platform/PortDirectory.h"
+#include "ui/main/windowMakers.h"
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QLabel>
+#include <QMainWindow>
+#include <QProcess>
+#include <QTimer>
+
+#include <chrono>
+#include <cstdio>
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace {
+
+double milliseconds(const QElapsedTimer &timer)
+{
+    return static_cast<double>(timer.nsecsElapsed()) / 1e6;
+}
+
+// The time of the process's start, handed to the child by its parent on the same clock.
+double millisecondsSince(const char *startNs)
+{
+    const auto now = std::chrono::steady_clock::now().time_since_epoch();
+    return (static_cast<double>(std::chrono::nanoseconds(now).count()) - std::atof(startNs)) / 1e6;
+}
+
+long peakKiB()
+{
+    QFile status(QStringLiteral("/proc/self/status"));
+    if (!status.open(QIODevice::ReadOnly))
+        return 0;
+    const QByteArray text = status.readAll();
+    const auto at = text.indexOf("VmHWM:");
+    return at < 0 ? 0 : text.mid(at + 6).trimmed().split(' ').first().toLong();
+}
+
+int printAndLeave(const char *startNs)
+{
+    std::printf("%.1f %ld\n", millisecondsSince(startNs), peakKiB());
+    std::fflush(stdout);
+    return 0;
+}
+
+struct ChildResult
+{
+    double ms = 0;
+    double mebibytes = 0;
+};
+
+ChildResult runChild(const QString &mode)
+{
+    QProcess child;
+    const auto now = std::chrono::steady_clock::now().time_since_epoch();
+    child.start(QApplication::applicationFilePath(),
+                {mode, QString::number(std::chrono::nanoseconds(now).count())});
+    child.waitForFinished(20000);
+    const QList<QByteArray> words = child.readAllStandardOutput().simplified().split(' ');
+    if (words.size() != 2)
+        return {};
+    return {words.at(0).toDouble(), words.at(1).toDouble() / 1024.0};
+}
+
+// The best of a few: the first one reads the libraries from the disk.
+ChildResult bestChild(const QString &mode)
+{
+    ChildResult best = runChild(mode);
+    for (int i = 0; i < 4; ++i) {
+        const ChildResult next = runChild(mode);
+        if (next.ms < best.ms)
+            best = next;
+    }
+    return best;
+}
+
+} // namespace
+
+void benchEmptySearch(Report &report)
+{
+    resetAppState();
+    PortDirectory::instance().reset([] { return QList<PortDirectory::Device>(); });
+    MessageBox::setAnswerer([](const MessageBox::Request &) { return MessageBox::Answer::Ok; });
+    Main(windowMakers());
+    EventQueue::yield();
+
+    QElapsedTimer timer;
+    timer.start();
+    SearchPorts(1);
+    const double search = milliseconds(timer);
+
+    timer.restart();
+    for (int number = 1; number <= PortDirectory::lastNumber; ++number)
+        if (const int file = ::open("/dev/no-such-port", O_RDWR); file >= 0)
+            ::close(file);
+    const double bare = milliseconds(timer);
+    report.figure("search over 255 numbers, no device", search, "ms", "255 failing open(2)", bare,
+                  "ms");
+    report.bound("  search", search, "ms", 50);
+    MessageBox::setAnswerer({});
+}
+
+void benchEventDisplay(Report &report)
+{
+    constexpr int events = 10000;
+    const auto monitor = app().ioMonitor();
+    monitor->show();
+    EventQueue::yield();
+    QElapsedTimer timer;
+    timer.start();
+    double longest = 0;
+    for (int i = 0; i < events; ++i) {
+        logEvent(QStringLiteral("bench"), QStringLiteral(" sending *STEP 250 to com port 1"));
+        if (i % 100 == 99) {
+            QElapsedTimer turn;
+            turn.start();
+            EventQueue::yield();
+            longest = std::max(longest, milliseconds(turn));
+        }
+    }
+    report.figure("10,000 events to the visible IO monitor", milliseconds(timer), "ms",
+                  "the time they may take", 1000, "ms");
+    report.bound("  longest turn of the event loop", longest, "ms", 50);
+}
+
+void benchStart(Report &report)
+{
+    const ChildResult program = bestChild(QStringLiteral("--start"));
+    const ChildResult reference = bestChild(QStringLiteral("--empty-window"));
+    report.figure("start to usable main window", program.ms, "ms", "an empty QMainWindow",
+                  reference.ms, "ms");
+    report.bound("  start", program.ms, "ms", 200);
+    report.figure("peak memory", program.mebibytes, "MiB", "an empty QMainWindow",
+                  reference.mebibytes, "MiB");
+    report.bound("  peak", program.mebibytes, "MiB", 60);
+}
+
+int runStartChild(int argc, char **argv)
+{
+    QApplication application(argc, argv);
+    const char *start = argv[2];
+    QObject::connect(&app().guard(), &EventGuard::changed, &application, [start](bool up) {
+        if (up) {
+            printAndLeave(start);
+            EventQueue::endProgram();
+        }
+    });
+    Main(windowMakers());
+    if (!EventQueue::ending())
+        QApplication::exec();
+    std::_Exit(0);
+}
+
+int runEmptyWindowChild(int argc, char **argv)
+{
+    const QApplication application(argc, argv);
+    QMainWindow window;
+    window.setCentralWidget(new QLabel(QStringLiteral("empty")));
+    window.show();
+    QTimer::singleShot(0, &window, [&] {
+        printAndLeave(argv[2]);
+        QApplication::quit();
+    });
+    return QApplication::exec();
+}
