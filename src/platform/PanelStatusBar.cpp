@@ -21,7 +21,7 @@ protected:
     {
         const QRect inside = contentsRect().adjusted(4, 0, -4, 0);
         const QString shown = fontMetrics().elidedText(text(), Qt::ElideRight, inside.width());
-        QFrame::paintEvent(event);
+        QFrame::paintEvent(event); // the frame alone: NOLINT(bugprone-parent-virtual-call)
         QPainter painter(this);
         painter.setPen(palette().color(QPalette::WindowText));
         painter.drawText(inside, Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine, shown);

@@ -231,6 +231,7 @@ void TestPelltrimScrollBar::unitUnpluggedDuringAWait()
     QTimer::singleShot(100, &bench.panel, [&] { bench.line.unplug(); });
     QTest::keyClick(bench.panel.bar, Qt::Key_Right);
     QVERIFY(bench.isEnabled(false, false, false));
+    QVERIFY(!bench.panel.bar->isEnabledTo(&bench.panel)); // not by its frame alone
     QCOMPARE(bench.panel.box->text(), QString());
     QVERIFY(app().guard().isUp());
     QVERIFY(bench.boxes().shown().size() <= 1);

@@ -12,7 +12,7 @@
 
 std::shared_ptr<clsChannel> frmChannels::channelAt(int index)
 {
-    const auto channel = std::dynamic_pointer_cast<clsChannel>(app().channels[index]);
+    auto channel = std::dynamic_pointer_cast<clsChannel>(app().channels[index]);
     if (!channel)
         throw RunTimeError(ErrorNumber::ObjectNotSet);
     return channel;

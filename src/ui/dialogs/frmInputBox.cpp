@@ -108,9 +108,8 @@ void frmInputBox::OKButton_Click()
 void frmInputBox::takeEntry()
 {
     const QString text = m_ui->Text1->text();
-    if (m_kind == Text || m_kind == IPAddress)
-        m_result = text;
-    else if (isNumeric(text))
+    const bool wantsText = m_kind == Text || m_kind == IPAddress;
+    if (!wantsText && isNumeric(text))
         m_result = numericValue(text);
     else if (m_kind == Number)
         m_result = leadingNumber(m_defaultValue); // an entry that is no number is never refused

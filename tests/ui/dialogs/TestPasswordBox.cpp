@@ -171,6 +171,13 @@ void TestPasswordBox::theBoxIsModalAndTheEntryHasTheFocus()
         QCOMPARE(dialog.parentWidget(), &window);
         QVERIFY(QTest::qWaitForWindowActive(&dialog));
         QVERIFY(entry(dialog)->hasFocus());
+        button(dialog, "CancelButton")->setFocus();
+        dialog.close();
+    });
+    // Shown once more, the entry has the focus again.
+    answer(box, [](QWidget &dialog) {
+        QVERIFY(QTest::qWaitForWindowActive(&dialog));
+        QVERIFY(entry(dialog)->hasFocus());
         dialog.close();
     });
 }
