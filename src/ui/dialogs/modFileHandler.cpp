@@ -18,7 +18,7 @@ static QString native(QString name)
 
 QString FilterForName(const QString &fileName)
 {
-    const QString all = QStringLiteral("All Files (*.*)|*.*");
+    QString all = QStringLiteral("All Files (*.*)|*.*");
     const QString ending = QFileInfo(native(fileName)).suffix().toLower();
     if (ending == QLatin1String("txt"))
         return QStringLiteral("Text Files (*.TXT)|*.TXT|") + all;
