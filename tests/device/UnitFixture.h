@@ -107,6 +107,21 @@ inline sim::UnitSettings unitWithFirmware(const std::string &firmware)
     return settings;
 }
 
+// Every command on the line since the last call. A mark sent last makes sure that nothing is still
+// on its way.
+inline QStringList commandsSent(clsKeldoX &unit, sim::SimulatedLine &line)
+{
+    static constexpr char mark[] = "MARK";
+    if (unit.PortIsOpen())
+        unit.deviceWrite(QString::fromLatin1(mark));
+    QStringList all;
+    for (const std::string &command : line.commands())
+        if (command != mark)
+            all.append(QString::fromStdString(command));
+    line.clearCommands();
+    return all;
+}
+
 class UnitFixture
 {
 public:
@@ -154,20 +169,7 @@ public:
         log->events.clear();
         window->pollingStops = 0;
     }
-    // Every command since the last call. A mark sent last makes sure that nothing is still on its
-    // way.
-    QStringList sent()
-    {
-        static constexpr char mark[] = "MARK";
-        if (unit->PortIsOpen())
-            unit->deviceWrite(QString::fromLatin1(mark));
-        QStringList all;
-        for (const std::string &command : line.commands())
-            if (command != mark)
-                all.append(QString::fromStdString(command));
-        line.clearCommands();
-        return all;
-    }
+    QStringList sent() { return commandsSent(*unit, line); }
     ExpectedBoxes &boxes() { return fixture.boxes; }
 
     Fixture fixture;

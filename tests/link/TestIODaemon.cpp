@@ -1,21 +1,9 @@
-// The IO monitor's display and its debug switches.
-#include "support/FakeViews.h"
-#include "support/Fixture.h"
+// The IO monitor's window and its display.
+#include "link/MonitorBench.h"
 #include "support/TestMain.h"
 
-#include "core/AppState.h"
-#include "core/clsLogger.h"
-#include "device/clsKeldoX.h"
-#include "link/frmIODaemon.h"
-#include "sim/SimulatedLine.h"
-
-#include <QAction>
 #include <QElapsedTimer>
-#include <QFileInfo>
-#include <QMenu>
-#include <QPlainTextEdit>
 #include <QPushButton>
-#include <QStandardPaths>
 
 class TestIODaemon : public QObject
 {
@@ -36,41 +24,10 @@ private slots:
     void notPaintedWhileHidden();
     void tenThousandEventsASecond();
     void clearDisplay();
-    void menusAndTheirEntries();
-    void entriesInvertTheirMarks();
-    void byteSwitchesReachThePortsOfAllUnits();
-    void byteSwitchesReachPortsMadeLater();
-    void bytesAreLoggedOnceSwitchedOn();
-    void loggingOpensTheFileOnce();
-    void loggingThatCannotOpenItsFileIsUnmarked();
     void closingHides();
     void everyControlHasAnAccessibleName();
     void layout();
 };
-
-// A machine with a serial port: without one, listing the ports is reported.
-struct Machine : Fixture
-{
-    Machine() { plug(250, line.device()); }
-
-    sim::SimulatedLine line;
-};
-
-static QPlainTextEdit *text1(const frmIODaemon &window)
-{
-    return window.findChild<QPlainTextEdit *>(QStringLiteral("Text1"));
-}
-
-static QAction *entry(const frmIODaemon &window, const char *name)
-{
-    return window.findChild<QAction *>(QLatin1String(name));
-}
-
-static QString logFileName()
-{
-    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
-           QStringLiteral("/keldo-x/Keldo-X.log");
-}
 
 void TestIODaemon::caption()
 {
@@ -241,163 +198,6 @@ void TestIODaemon::clearDisplay()
     QTest::mouseClick(window.findChild<QPushButton *>(QStringLiteral("cmdClear")), Qt::LeftButton);
     QCOMPARE(window.displayText(), QString());
     QCOMPARE(text1(window)->toPlainText(), QString());
-}
-
-void TestIODaemon::menusAndTheirEntries()
-{
-    const Fixture fixture;
-    const frmIODaemon window;
-    const QList<QPair<const char *, QString>> entries{
-        {"mnuDebugDUT", QStringLiteral("Show more detailed error messages")},
-        {"mnuDebugSerialBytesSent", QStringLiteral("Show bytes sent via serial port")},
-        {"mnuDebugSerialBytesReceived", QStringLiteral("Show bytes received via serial port")},
-        {"mnuDebugNetworkAnalyzerCommands", QStringLiteral("Show Network Analyzer commands")},
-        {"mnuDebugDisplaySource", QStringLiteral("Display the source of each message")},
-        {"mnuDebugLogging", QStringLiteral("Log events to a file")}};
-    const auto *debug = window.findChild<QMenu *>(QStringLiteral("mnuDebug"));
-    QCOMPARE(debug->title(), QStringLiteral("&Debug settings"));
-    QCOMPARE(debug->actions().size(), entries.size());
-    for (int i = 0; i < entries.size(); ++i) {
-        QCOMPARE(debug->actions().at(i)->objectName(), QLatin1String(entries.at(i).first));
-        QCOMPARE(debug->actions().at(i)->text(), entries.at(i).second);
-        QVERIFY(!debug->actions().at(i)->isChecked());
-    }
-    QCOMPARE(window.findChild<QMenu *>(QStringLiteral("mnuCommand"))->title(),
-             QStringLiteral("&Send Commands"));
-    QCOMPARE(window.findChild<QMenu *>(QStringLiteral("mnuHelp"))->title(), QStringLiteral("Help"));
-}
-
-void TestIODaemon::entriesInvertTheirMarks()
-{
-    Fixture fixture;
-    frmIODaemon window;
-    const auto marks = [&] {
-        return QList<bool>{window.showsDetailedErrors(),
-                           window.showsBytesSent(),
-                           window.showsBytesReceived(),
-                           entry(window, "mnuDebugNetworkAnalyzerCommands")->isChecked(),
-                           entry(window, "mnuDebugDisplaySource")->isChecked(),
-                           window.isFileLoggingChecked()};
-    };
-    const QList<const char *> names{"mnuDebugDUT",
-                                    "mnuDebugSerialBytesSent",
-                                    "mnuDebugSerialBytesReceived",
-                                    "mnuDebugNetworkAnalyzerCommands",
-                                    "mnuDebugDisplaySource",
-                                    "mnuDebugLogging"};
-    for (int i = 0; i < names.size(); ++i) {
-        QList<bool> expected(6, false);
-        expected[i] = true;
-        entry(window, names.at(i))->trigger();
-        QCOMPARE(marks(), expected);
-        entry(window, names.at(i))->trigger();
-        QCOMPARE(marks(), QList<bool>(6, false));
-    }
-}
-
-// A unit on a line of its own, its port open, with the log's events.
-struct LoggedUnit
-{
-    explicit LoggedUnit(int slot) : device(std::make_shared<clsKeldoX>())
-    {
-        line.addUnit(std::make_shared<sim::SimulatedUnit>());
-        fixture.plug(slot, line.device());
-        app().devices[slot] = device;
-        device->setConnection(clsKeldoX::SerialPort);
-        device->commPort()->setPortNumber(static_cast<std::int16_t>(slot));
-        device->InitThePort();
-        app().logger = log;
-    }
-
-    int bytesLogged(const QString &direction) const
-    {
-        return static_cast<int>(log->lines().filter(direction).filter(QStringLiteral("<")).size());
-    }
-
-    Fixture fixture;
-    sim::SimulatedLine line;
-    std::shared_ptr<clsKeldoX> device;
-    std::shared_ptr<FakeLog> log = std::make_shared<FakeLog>();
-};
-
-void TestIODaemon::byteSwitchesReachThePortsOfAllUnits()
-{
-    LoggedUnit unit(8);
-    frmIODaemon window;
-    entry(window, "mnuDebugSerialBytesSent")->trigger();
-    unit.device->deviceWrite(QStringLiteral("*ID?"));
-    QCOMPARE(unit.bytesLogged(QStringLiteral("sent")), 1);
-    QCOMPARE(unit.bytesLogged(QStringLiteral("COM8 received")), 0);
-    entry(window, "mnuDebugSerialBytesSent")->trigger();
-    entry(window, "mnuDebugSerialBytesReceived")->trigger();
-    unit.device->deviceWrite(QStringLiteral("*ID?"));
-    QCOMPARE(unit.bytesLogged(QStringLiteral("sent")), 1);
-    QVERIFY(unit.bytesLogged(QStringLiteral("COM8 received")) >= 1);
-}
-
-void TestIODaemon::byteSwitchesReachPortsMadeLater()
-{
-    const Fixture fixture;
-    app().makers.ioMonitor = [] { return std::make_shared<frmIODaemon>(); };
-    const auto window = std::dynamic_pointer_cast<frmIODaemon>(app().ioMonitor());
-    entry(*window, "mnuDebugSerialBytesSent")->trigger();
-    LoggedUnit unit(2);
-    app().makers.ioMonitor = [window] { return window; };
-    const auto later = std::make_shared<clsKeldoX>();
-    later->setConnection(clsKeldoX::SerialPort);
-    unit.device->commPort()->ClosePort();
-    later->commPort()->setPortNumber(2);
-    later->InitThePort();
-    later->deviceWrite(QStringLiteral("*ID?"));
-    QCOMPARE(unit.bytesLogged(QStringLiteral("sent")), 1);
-}
-
-void TestIODaemon::bytesAreLoggedOnceSwitchedOn()
-{
-    LoggedUnit unit(1);
-    unit.device->deviceWrite(QStringLiteral("*ID?"));
-    QCOMPARE(unit.bytesLogged(QStringLiteral("sent")), 0);
-}
-
-void TestIODaemon::loggingOpensTheFileOnce()
-{
-    Fixture fixture;
-    frmIODaemon window;
-    struct CountingFile : LogFile
-    {
-        explicit CountingFile(int &made) { ++made; }
-        void setPathname(const QString & /*name*/) override {}
-        void OpenForOutput() override {}
-        void Line_Output(const QString & /*text*/) override {}
-        void closeFile() override {}
-        bool success() const override { return true; }
-    };
-    int opened = 0;
-    const auto logger = std::make_shared<clsLogger>();
-    logger->setLogFileName(QStringLiteral("Keldo-X.log"));
-    logger->setFileMaker([&] { return std::make_unique<CountingFile>(opened); });
-    // The monitor itself is no shared window here: the log shows on a fake.
-    logger->setDisplayWindow(std::make_shared<FakeIOMonitor>());
-    app().logger = logger;
-    QVERIFY(!logger->isFileActive());
-    entry(window, "mnuDebugLogging")->trigger();
-    QVERIFY(logger->isFileActive());
-    QVERIFY(window.isFileLoggingChecked());
-    QCOMPARE(opened, 1);
-    const auto *shown = dynamic_cast<FakeIOMonitor *>(logger->displayWindow().get());
-    QVERIFY(shown->texts.first().contains(QFileInfo(logFileName()).absolutePath()));
-    entry(window, "mnuDebugLogging")->trigger();
-    entry(window, "mnuDebugLogging")->trigger();
-    QCOMPARE(opened, 1); // opening again would erase the run's log
-}
-
-void TestIODaemon::loggingThatCannotOpenItsFileIsUnmarked()
-{
-    Fixture fixture;
-    frmIODaemon window;
-    app().logger = std::make_shared<clsLogger>(); // without a file to write to
-    entry(window, "mnuDebugLogging")->trigger();
-    QVERIFY(!window.isFileLoggingChecked());
 }
 
 void TestIODaemon::closingHides()

@@ -33,8 +33,7 @@ public:
     clsChannel(); // over the program's channels window
     explicit clsChannel(ControlsSource controls);
 
-    // --- owner: calling order InitChannel, Index, Device, ShowControls
-    // -----------------------------
+    // The owner; calling order InitChannel, Index, Device, ShowControls.
     void InitChannel() override;                // the options will be read anew
     void setIndex(std::int16_t index) override; // also sets the channel number
     std::int16_t Index() const { return m_index; }
@@ -67,8 +66,7 @@ public:
     bool Exists() const { return m_exists; }
     void setExists(bool exists) override { m_exists = exists; }
 
-    // --- the operator, forwarded by the window
-    // -----------------------------------------------------
+    // The operator, forwarded by the window.
     void txtChanAttenKeyUp(int keyCode);
     void txtChanInputAttenKeyUp(int keyCode);
     void txtChanAGCoffsetKeyUp(int keyCode);
@@ -82,8 +80,7 @@ public:
     void chkChanAGCClick();
     void optPortNumClick() override; // connects this channel's unit
 
-    // --- the unit's events
-    // ---------------------------------------------------------------------------
+    // The unit's events.
     void m_Device_AGCChange(bool agcOn);
     void m_Device_FreqChange(qint32 step, double freqMHz);
     void m_Device_AttenChange(double decibels);

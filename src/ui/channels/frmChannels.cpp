@@ -58,8 +58,6 @@ void frmChannels::show()
     activateWindow();
 }
 
-// ------------------------------------------------------------
-
 void frmChannels::setDevice(std::shared_ptr<clsKeldoX> device)
 {
     if (mDevice)

@@ -36,8 +36,7 @@ public:
     // Those of the program's channels window, which is loaded if need be.
     static std::shared_ptr<const ChannelControls> loadedControls();
 
-    // --- what connecting and searching tell the window
-    // ---------------------------------------------
+    // What connecting and searching tell the window.
     void load() override; // Form_Load
     void show() override; // in front
     void setDevice(std::shared_ptr<clsKeldoX> device) override;
@@ -57,8 +56,7 @@ public:
     void ShowColumnLabelsOnTabs();
     bool isLoaded() const { return m_loaded; }
 
-    // --- control events, each with its control's index
-    // ---------------------------------------------
+    // Control events, each with its control's index.
     void udAtten_UpClick(int index);
     void udAtten_DownClick(int index);
     void udInputAtten_UpClick(int index);

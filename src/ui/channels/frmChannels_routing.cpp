@@ -8,8 +8,6 @@
 #include "platform/RunTimeError.h"
 #include "ui/channels/clsChannel.h"
 
-// ------------------------------------------------------------------------
-
 std::shared_ptr<clsChannel> frmChannels::channelAt(int index)
 {
     auto channel = std::dynamic_pointer_cast<clsChannel>(app().channels[index]);

@@ -1,32 +1,25 @@
-// The dialog under the program's entry boxes: the focus goes to the entry when it is shown, and
-// Escape is the Cancel button.
+// The dialog under the program's entry boxes: their font and caption, an entry whose characters can
+// be hidden, the focus in the entry when it is shown, and Escape as the Cancel button.
 #pragma once
 
 #include <QDialog>
-#include <QKeyEvent>
 
 #include <functional>
+
+class QLineEdit;
 
 class EntryDialog : public QDialog
 {
 public:
-    using QDialog::QDialog;
+    explicit EntryDialog(QWidget *owner);
+
+    void load();                                                  // font and caption
+    static void setCharactersHidden(QLineEdit &entry, bool hide); // "*" for every character
 
     std::function<void()> onShown;
     std::function<void()> onEscape;
 
 protected:
-    void showEvent(QShowEvent *event) override
-    {
-        QDialog::showEvent(event);
-        onShown();
-    }
-
-    void keyPressEvent(QKeyEvent *event) override
-    {
-        if (event->key() == Qt::Key_Escape)
-            onEscape();
-        else
-            QDialog::keyPressEvent(event);
-    }
+    void showEvent(QShowEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
 };

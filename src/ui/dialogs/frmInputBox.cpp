@@ -4,7 +4,6 @@
 #include "core/Message.h"
 #include "core/ResumeNext.h"
 #include "core/TextNumbers.h"
-#include "platform/Application.h"
 #include "platform/EventQueue.h"
 #include "ui/dialogs/EntryDialog.h"
 #include "ui/dialogs/IPAddress.h"
@@ -37,10 +36,7 @@ frmInputBox::~frmInputBox()
 
 void frmInputBox::Form_Load()
 {
-    QFont arial = m_dialog->font();
-    arial.setFamily(QStringLiteral("Arial"));
-    m_dialog->setFont(arial);
-    m_dialog->setWindowTitle(QStringLiteral("  ") + applicationTitle());
+    m_dialog->load();
     m_kind = NumberIfNumeric;
     m_defaultValue = QStringLiteral("0");
     m_answer = Unanswered;
@@ -54,11 +50,9 @@ void frmInputBox::showModal()
         m_dialog->exec();
 }
 
-// The style sheet makes the hidden character a plain "*" in every style.
 void frmInputBox::setHidePasswordChars(bool hide)
 {
-    m_ui->Text1->setStyleSheet(QStringLiteral("QLineEdit { lineedit-password-character: 42; }"));
-    m_ui->Text1->setEchoMode(hide ? QLineEdit::Password : QLineEdit::Normal);
+    EntryDialog::setCharactersHidden(*m_ui->Text1, hide);
 }
 
 void frmInputBox::setInputBoxWidth(int pixels)

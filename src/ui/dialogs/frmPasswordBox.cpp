@@ -2,7 +2,6 @@
 #include "ui/dialogs/frmPasswordBox.h"
 
 #include "core/ResumeNext.h"
-#include "platform/Application.h"
 #include "platform/EventQueue.h"
 #include "ui/dialogs/EntryDialog.h"
 #include "ui_frmPasswordBox.h"
@@ -30,10 +29,7 @@ frmPasswordBox::~frmPasswordBox()
 
 void frmPasswordBox::Form_Load()
 {
-    QFont arial = m_dialog->font();
-    arial.setFamily(QStringLiteral("Arial"));
-    m_dialog->setFont(arial);
-    m_dialog->setWindowTitle(QStringLiteral("  ") + applicationTitle());
+    m_dialog->load();
     m_answer = Unanswered;
     setHidePasswordChars(false);
     m_ui->Label1->setText(QStringLiteral("Password"));
@@ -49,11 +45,9 @@ void frmPasswordBox::showModal()
     m_dialog->hide();
 }
 
-// The style sheet makes the hidden character a plain "*" in every style.
 void frmPasswordBox::setHidePasswordChars(bool hide)
 {
-    m_ui->Text1->setStyleSheet(QStringLiteral("QLineEdit { lineedit-password-character: 42; }"));
-    m_ui->Text1->setEchoMode(hide ? QLineEdit::Password : QLineEdit::Normal);
+    EntryDialog::setCharactersHidden(*m_ui->Text1, hide);
 }
 
 void frmPasswordBox::OKButton_Click()

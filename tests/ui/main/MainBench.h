@@ -135,19 +135,7 @@ public:
         script->set(command, text);
     }
 
-    // Every command since the last call. A mark sent last makes sure that nothing is on its way.
-    QStringList sent()
-    {
-        static constexpr char mark[] = "MARK";
-        if (unit->PortIsOpen())
-            unit->deviceWrite(QString::fromLatin1(mark));
-        QStringList all;
-        for (const std::string &command : line.commands())
-            if (command != mark)
-                all.append(QString::fromStdString(command));
-        line.clearCommands();
-        return all;
-    }
+    QStringList sent() { return commandsSent(*unit, line); }
 
     void type(const QString &text)
     {
