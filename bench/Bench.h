@@ -21,6 +21,12 @@ private:
     int m_failures = 0;
 };
 
+// That this process has used so far.
+double processorMs();
+
+// From now on a message box is a failure: nobody is there to answer it.
+void failOnBoxes(Report &report);
+
 void benchPacedSteps(Report &report);
 void benchExchange(Report &report);
 void benchSilentUnit(Report &report);

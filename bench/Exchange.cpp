@@ -11,7 +11,6 @@
 
 #include <algorithm>
 #include <array>
-#include <ctime>
 #include <fcntl.h>
 #include <poll.h>
 #include <termios.h>
@@ -49,11 +48,6 @@ double median(std::vector<double> values)
 {
     std::sort(values.begin(), values.end());
     return values.at(values.size() / 2);
-}
-
-double processorMs()
-{
-    return 1000.0 * static_cast<double>(std::clock()) / CLOCKS_PER_SEC;
 }
 
 // One exchange without Qt and without this program.

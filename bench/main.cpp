@@ -3,12 +3,14 @@
 
 #include "core/AppState.h"
 #include "platform/Application.h"
+#include "platform/MessageBox.h"
 
 #include <QApplication>
 #include <QTemporaryDir>
 
 #include <cstdio>
 #include <cstring>
+#include <ctime>
 
 void Report::figure(const std::string &what, double value, const std::string &unit,
                     const std::string &reference, double referenceValue,
@@ -37,6 +39,19 @@ void Report::fail(const std::string &what)
     std::printf("FAILED: %s\n", what.c_str());
 }
 
+double processorMs()
+{
+    return 1000.0 * static_cast<double>(std::clock()) / CLOCKS_PER_SEC;
+}
+
+void failOnBoxes(Report &report)
+{
+    MessageBox::setAnswerer([&report](const MessageBox::Request &box) {
+        report.fail("unexpected box: " + box.text.toStdString());
+        return MessageBox::Answer::Ok;
+    });
+}
+
 int main(int argc, char **argv)
 {
     if (argc > 2 && std::strcmp(argv[1], "--start") == 0)
@@ -53,6 +68,7 @@ int main(int argc, char **argv)
     QApplication::setQuitOnLastWindowClosed(false);
 
     Report report;
+    failOnBoxes(report);
     benchPacedSteps(report);
     benchExchange(report);
     benchSilentUnit(report);
@@ -60,6 +76,7 @@ int main(int argc, char **argv)
     benchEventDisplay(report);
     benchStart(report);
     resetAppState();
+    MessageBox::setAnswerer({});
     std::printf("%d bounds exceeded\n", report.failures());
     return report.failures() == 0 ? 0 : 1;
 }

@@ -141,8 +141,7 @@ void frmIODaemon::sendCommand()
 void frmIODaemon::rememberCommand(const QString &command)
 {
     QComboBox &history = *m_ui->comboCommand;
-    if (command.isEmpty() ||
-        history.findText(command, Qt::MatchExactly | Qt::MatchCaseSensitive) >= 0)
+    if (history.findText(command, Qt::MatchExactly | Qt::MatchCaseSensitive) >= 0)
         return;
     history.addItem(command);
     history.setEditText(command);

@@ -82,6 +82,7 @@ private slots:
     void theReplyAppearsInTheLogAsItArrives();
     void aReplyWithoutAnEndAppearsToo();
     void theSameCommandStandsOnceInTheHistory();
+    void anEmptyCommandIsACarriageReturnAlone();
     void onAClosedPortNothingIsSentButTheCommandIsRemembered();
     void closingTheWindowClosesItsPortAndStillTakesEvents();
     void closeComPortClosesThePort();
@@ -251,6 +252,17 @@ void TestIODaemonCommands::theSameCommandStandsOnceInTheHistory()
     QCOMPARE(monitor.command()->itemText(0), QStringLiteral("*ID?"));
     QCOMPARE(monitor.command()->itemText(1), QStringLiteral("*STEP?"));
     QCOMPARE(monitor.command()->itemText(2), QStringLiteral("*id?"));
+}
+
+void TestIODaemonCommands::anEmptyCommandIsACarriageReturnAlone()
+{
+    Monitor monitor;
+    monitor.open();
+    monitor.type(QString());
+    monitor.type(QString());
+    QTRY_COMPARE(monitor.line.bytesReceived(), std::size_t(2));
+    QCOMPARE(monitor.command()->count(), 1);
+    QCOMPARE(monitor.command()->itemText(0), QString());
 }
 
 void TestIODaemonCommands::onAClosedPortNothingIsSentButTheCommandIsRemembered()
