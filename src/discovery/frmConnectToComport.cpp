@@ -66,8 +66,10 @@ void frmConnectToComport::Form_Load()
 void frmConnectToComport::listPorts()
 {
     PopulateComboBox(*m_ui->comboComPort);
-    if (m_ui->comboComPort->isEnabled())
-        m_ui->comboComPort->setFocus();
+    if (!m_ui->comboComPort->isEnabled())
+        return;
+    m_ui->comboComPort->setFocus();
+    m_ui->comboComPort->lineEdit()->selectAll(); // a typed number replaces it
 }
 
 // The port's text goes to the search as it stands, with the blank of the list's entries.
@@ -135,8 +137,9 @@ void frmConnectToComport::finish()
     resumeNext(
         "frmConnectToKnownComport", [&] { state.channelsWindow()->setProgressVisible(false); },
         [&] {
-            // A loopback adaptor's line stays; "searching" would no longer be true.
-            if (state.searchStatus.startsWith(QLatin1String("SEARCHING")))
+            // A loopback adaptor's line stays; "searching" would no longer be true. Where a unit
+            // was found, connecting it has said how that went.
+            if (state.foundUnits == 0 && state.searchStatus.startsWith(QLatin1String("SEARCHING")))
                 state.mainWindow->setStatusPanel(1, QStringLiteral("NOT CONNECTED"));
         },
         [&] { state.mainWindow->bringUpToDate(); });

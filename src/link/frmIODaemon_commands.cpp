@@ -34,7 +34,7 @@ void frmIODaemon::bindCommands()
     connect(&m_replyTimer, &QTimer::timeout, this, [this] { logReplies(true); });
     connect(m_ui->cmdConnect, &QPushButton::clicked, this, &frmIODaemon::cmdConnect_Click);
     connect(m_ui->cmdSendCommand, &QPushButton::clicked, this, &frmIODaemon::cmdSendCommand_Click);
-    connect(EntryEvents::watch(m_ui->comboCommand->lineEdit()), &EntryEvents::EnterUp, this,
+    connect(EntryEvents::watch(m_ui->comboCommand), &EntryEvents::EnterUp, this,
             &frmIODaemon::comboCommand_KeyUp);
     connect(m_ui->mnuCommandSend, &QAction::triggered, this, &frmIODaemon::cmdSendCommand_Click);
     connect(m_ui->mnuCommandOpen, &QAction::triggered, this, &frmIODaemon::cmdConnect_Click);

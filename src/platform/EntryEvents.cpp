@@ -2,7 +2,7 @@
 #include "platform/EntryEvents.h"
 
 #include <QKeyEvent>
-#include <QLineEdit>
+#include <QWidget>
 
 static bool isEnter(QEvent *event)
 {
@@ -10,12 +10,12 @@ static bool isEnter(QEvent *event)
     return (key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter) && !key->isAutoRepeat();
 }
 
-EntryEvents::EntryEvents(QLineEdit *box) : QObject(box)
+EntryEvents::EntryEvents(QWidget *box) : QObject(box)
 {
     box->installEventFilter(this);
 }
 
-const EntryEvents *EntryEvents::watch(QLineEdit *box)
+const EntryEvents *EntryEvents::watch(QWidget *box)
 {
     return new EntryEvents(box);
 }

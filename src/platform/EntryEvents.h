@@ -3,16 +3,17 @@
 
 #include <QObject>
 
-class QLineEdit;
+class QWidget;
 
 class EntryEvents : public QObject
 {
     Q_OBJECT
 
 public:
-    // Watches the box and lives as long as it does.
-    explicit EntryEvents(QLineEdit *box);
-    static const EntryEvents *watch(QLineEdit *box);
+    // Watches the box and lives as long as it does. An editable combo box is watched itself: it has
+    // the focus, and hands the keys to its line edit past any filter there.
+    explicit EntryEvents(QWidget *box);
+    static const EntryEvents *watch(QWidget *box);
 
     bool eventFilter(QObject *watched, QEvent *event) override;
 

@@ -2,17 +2,18 @@
 #include "platform/UpDown.h"
 
 #include <QKeyEvent>
-#include <QStyleOptionFocusRect>
-#include <QStylePainter>
+#include <QPainter>
 #include <QToolButton>
 #include <QVBoxLayout>
+
+static constexpr int focusFrame = 2; // pixels around the buttons, where the focus shows
 
 UpDown::UpDown(QWidget *parent) : QWidget(parent)
 {
     setFocusPolicy(Qt::StrongFocus);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     auto *column = new QVBoxLayout(this);
-    column->setContentsMargins(0, 0, 0, 0);
+    column->setContentsMargins(focusFrame, focusFrame, focusFrame, focusFrame);
     column->setSpacing(0);
     auto *up = makeButton(Qt::UpArrow, QStringLiteral("up"));
     auto *down = makeButton(Qt::DownArrow, QStringLiteral("down"));
@@ -48,8 +49,7 @@ void UpDown::paintEvent(QPaintEvent *)
 {
     if (!hasFocus())
         return;
-    QStylePainter painter(this);
-    QStyleOptionFocusRect option;
-    option.initFrom(this);
-    painter.drawPrimitive(QStyle::PE_FrameFocusRect, option);
+    QPainter painter(this);
+    painter.setPen(QPen(palette().color(QPalette::Highlight), focusFrame));
+    painter.drawRect(rect().adjusted(1, 1, -1, -1));
 }

@@ -5,8 +5,10 @@
 #include "core/clsLogger.h"
 #include "device/clsKeldoX.h"
 
+#include <QComboBox>
 #include <QFileInfo>
 #include <QMenu>
+#include <QPushButton>
 #include <QStandardPaths>
 
 class TestDebugSettings : public QObject
@@ -18,6 +20,7 @@ private slots:
     void entriesInvertTheirMarks();
     void byteSwitchesReachThePortsOfAllUnits();
     void byteSwitchesReachPortsMadeLater();
+    void byteSwitchesReachTheMonitorsOwnPort();
     void bytesAreLoggedOnceSwitchedOn();
     void loggingOpensTheFileOnce();
     void loggingThatCannotOpenItsFileIsUnmarked();
@@ -130,6 +133,22 @@ void TestDebugSettings::byteSwitchesReachPortsMadeLater()
     later->InitThePort();
     later->deviceWrite(QStringLiteral("*ID?"));
     QCOMPARE(unit.bytesLogged(QStringLiteral("sent")), 1);
+}
+
+void TestDebugSettings::byteSwitchesReachTheMonitorsOwnPort()
+{
+    const Machine machine;
+    const auto log = std::make_shared<FakeLog>();
+    app().logger = log;
+    frmIODaemon window;
+    window.findChild<QComboBox *>(QStringLiteral("comboComPort"))
+        ->setEditText(QStringLiteral("250"));
+    window.findChild<QPushButton *>(QStringLiteral("cmdConnect"))->click();
+    entry(window, "mnuDebugSerialBytesSent")->trigger();
+    window.findChild<QComboBox *>(QStringLiteral("comboCommand"))
+        ->setEditText(QStringLiteral("*ID?"));
+    window.findChild<QPushButton *>(QStringLiteral("cmdSendCommand"))->click();
+    QCOMPARE(log->lines().filter(QStringLiteral(" COM250 sent ")).size(), 1);
 }
 
 void TestDebugSettings::bytesAreLoggedOnceSwitchedOn()

@@ -1,6 +1,5 @@
 // The IO monitor's raw commands: its own port, escapes, history, and replies as they arrive.
-#include "support/FakeViews.h"
-#include "support/Fixture.h"
+#include "support/SearchBench.h"
 #include "support/TestMain.h"
 
 #include "core/AppState.h"
@@ -43,9 +42,11 @@ struct Monitor
     void open() const { QTest::mouseClick(find<QPushButton>("cmdConnect"), Qt::LeftButton); }
     void type(const QString &text) const
     {
+        // To the combo box: it has the focus, not its line edit.
+        QCOMPARE(command()->lineEdit()->focusProxy(), command());
         command()->lineEdit()->selectAll();
-        QTest::keyClicks(command()->lineEdit(), text);
-        QTest::keyClick(command()->lineEdit(), Qt::Key_Return);
+        QTest::keyClicks(command(), text);
+        QTest::keyClick(command(), Qt::Key_Return);
     }
 
     sim::SimulatedLine line;
@@ -71,10 +72,12 @@ private slots:
     void escapesAreSingleCharacters();
     void thePortListIsFilledWhenTheWindowIsShown();
     void aTypedPortSurvivesTheListing();
+    void duringASearchThePortsAreNotListed();
     void openingSendsNothing();
     void aPortThatIsNoNumberIsReported();
     void aPortThatCannotBeOpenedIsLogged();
     void enterSendsTheCommandAndSelectsIt();
+    void anErrorWhileSendingIsReported();
     void theButtonSendsToo();
     void blanksAreTrimmedBeforeEscapesAreReplaced();
     void withoutTheTickNoCarriageReturnIsSent();
@@ -140,6 +143,18 @@ void TestIODaemonCommands::aTypedPortSurvivesTheListing()
     QCOMPARE(monitor.ports()->currentText(), QStringLiteral("17"));
 }
 
+void TestIODaemonCommands::duringASearchThePortsAreNotListed()
+{
+    Monitor monitor;
+    monitor.window.hide();
+    monitor.ports()->clear();
+    app().seeker = std::make_shared<clsSeeker>();
+    monitor.window.show();
+    QCoreApplication::processEvents();
+    QCOMPARE(monitor.ports()->count(), 0);
+    app().seeker.reset();
+}
+
 void TestIODaemonCommands::openingSendsNothing()
 {
     Monitor monitor;
@@ -176,6 +191,20 @@ void TestIODaemonCommands::enterSendsTheCommandAndSelectsIt()
     QVERIFY(monitor.line.waitForCommands(1, 2s));
     QCOMPARE(monitor.line.commands(), lines({"*ID?"}));
     QCOMPARE(monitor.command()->lineEdit()->selectedText(), QStringLiteral("*ID?"));
+}
+
+void TestIODaemonCommands::anErrorWhileSendingIsReported()
+{
+    Monitor monitor;
+    monitor.open();
+    const auto failing = std::make_shared<FailingLog>();
+    failing->failsOn = {QStringLiteral(" sending *ID?")};
+    app().logger = failing;
+    monitor.fixture.boxes.expectStart(QStringLiteral("Error 5 ("));
+    monitor.type(QStringLiteral("*ID?"));
+    QVERIFY(monitor.fixture.boxes.shown().last().text.contains(
+        QStringLiteral(" in comboCommand_KeyUp")));
+    QCOMPARE(monitor.command()->currentText(), QStringLiteral("*ID?"));
 }
 
 void TestIODaemonCommands::theButtonSendsToo()

@@ -33,12 +33,18 @@ template <class Widget> Widget *control(const char *windowName, const char *name
     return top ? top->findChild<Widget *>(QString::fromLatin1(name)) : nullptr;
 }
 
+// Keys go to whoever has the focus, which for a combo box's line edit is the combo box.
+inline QWidget *keyReceiver(QLineEdit *box)
+{
+    return box->focusProxy() ? box->focusProxy() : box;
+}
+
 inline void typeInto(QLineEdit *box, const QString &text)
 {
     box->setFocus();
     box->selectAll();
-    QTest::keyClicks(box, text);
-    QTest::keyClick(box, Qt::Key_Return);
+    QTest::keyClicks(keyReceiver(box), text);
+    QTest::keyClick(keyReceiver(box), Qt::Key_Return);
 }
 
 inline QString mainText(const char *label)

@@ -25,6 +25,7 @@ private slots:
     void theLogGoesToItsFile();
     void aRawCommandIsAnsweredOnAPortOfItsOwn();
     void informationWindowsOpen();
+    void anAddressableLineIsChosenAndConnected();
 
 private:
     static frmIODaemon *monitor();
@@ -32,6 +33,7 @@ private:
     std::unique_ptr<Fixture> m_fixture;
     std::shared_ptr<sim::SimulatedUnit> m_unit = std::make_shared<sim::SimulatedUnit>();
     std::unique_ptr<sim::SimulatedLine> m_line;
+    std::unique_ptr<sim::SimulatedLine> m_shared;  // seven addressable units
     std::unique_ptr<sim::SimulatedLine> m_service; // the highest port: it has to be typed
 };
 
@@ -43,9 +45,17 @@ void TestRoadOfDialogs::initTestCase()
     m_fixture = std::make_unique<Fixture>();
     m_line = std::make_unique<sim::SimulatedLine>();
     m_line->addUnit(m_unit);
+    m_shared = std::make_unique<sim::SimulatedLine>();
+    for (int address = 1; address <= 7; ++address) {
+        sim::UnitSettings settings;
+        settings.identity = "TOVIN-R";
+        settings.address = address;
+        m_shared->addUnit(std::make_shared<sim::SimulatedUnit>(settings));
+    }
     m_service = std::make_unique<sim::SimulatedLine>();
     m_service->addUnit(std::make_shared<sim::SimulatedUnit>());
     m_fixture->plug(4, m_line->device());
+    m_fixture->plug(6, m_shared->device());
     m_fixture->plug(9, m_service->device());
     startProgram();
 }
@@ -68,9 +78,9 @@ void TestRoadOfDialogs::aKnownPortIsChosenAndConnected()
     const auto choose = [](QWidget *dialog) {
         picture(dialog, "connect-to-port");
         auto *ports = dialog->findChild<QComboBox *>(QStringLiteral("comboComPort"));
-        QCOMPARE(ports->count(), 1);
+        QCOMPARE(ports->count(), 2);
         QCOMPARE(ports->currentText(), QStringLiteral(" 4"));
-        QTest::keyClick(ports->lineEdit(), Qt::Key_Return);
+        QTest::keyClick(ports, Qt::Key_Return);
     };
     const Hand hand(choose, listed);
     trigger(mainName, "mnuConnectKnownComport");
@@ -146,8 +156,10 @@ void TestRoadOfDialogs::aRawCommandIsAnsweredOnAPortOfItsOwn()
     auto *ports = control<QComboBox>(monitorName, "comboComPort");
     QTRY_VERIFY(ports->isEnabled());
     ports->lineEdit()->selectAll();
-    QTest::keyClicks(ports->lineEdit(), QStringLiteral("9"));
+    QTest::keyClicks(ports, QStringLiteral("9"));
     QTest::mouseClick(control<QAbstractButton>(monitorName, "cmdConnect"), Qt::LeftButton);
+    // The connected unit has said the same before.
+    QTest::mouseClick(control<QAbstractButton>(monitorName, "cmdClear"), Qt::LeftButton);
     typeInto(control<QComboBox>(monitorName, "comboCommand")->lineEdit(),
              QStringLiteral("*START FREQ?"));
     QTRY_VERIFY(monitor()->displayText().contains(QStringLiteral(" received 100 MHz")));
@@ -175,6 +187,33 @@ void TestRoadOfDialogs::informationWindowsOpen()
         picture(shown, name);
         shown->close();
     }
+}
+
+// The last address is the silent one: what it leaves in the status bar must not stay there.
+void TestRoadOfDialogs::anAddressableLineIsChosenAndConnected()
+{
+    const auto listed = [](QWidget *dialog) {
+        return dialog->findChild<QComboBox *>(QStringLiteral("comboComPort"))->isEnabled();
+    };
+    const auto choose = [](QWidget *dialog) {
+        auto *ports = dialog->findChild<QComboBox *>(QStringLiteral("comboComPort"));
+        QTest::keyClick(ports, Qt::Key_Down);
+        QCOMPARE(ports->currentText(), QStringLiteral(" 6"));
+        QTest::keyClick(dialog->findChild<QCheckBox *>(QStringLiteral("chkTovinR")), Qt::Key_Space);
+        QTest::keyClick(ports, Qt::Key_Return);
+    };
+    const Hand hand(choose, listed);
+    trigger(mainName, "mnuConnectKnownComport");
+    QVERIFY(hand.acted);
+    QCOMPARE(app().foundUnits, std::int16_t{7});
+    QCOMPARE(mainText("StatusBar_1"), QStringLiteral("CONNECTED ON COM6"));
+    QCOMPARE(mainText("lblCurrentChannel"), QStringLiteral("Active Channel 1"));
+    picture(channelsName, "channels-5-shared-line");
+    // The seventh unit stands on the second tab.
+    QTest::keyClick(control<QRadioButton>(channelsName, "optPortNum_7"), Qt::Key_Space);
+    QTRY_COMPARE(mainText("lblCurrentChannel"), QStringLiteral("Active Channel 7"));
+    QTRY_VERIFY(app().guard().isUp());
+    QCOMPARE(m_shared->commands().back(), std::string("*STEP?"));
 }
 
 KELDOX_TEST(TestRoadOfDialogs)

@@ -124,13 +124,14 @@ void frmMain_KeldoX2::styleControls()
 
 void frmMain_KeldoX2::addShortcuts()
 {
-    const auto focusBy = [this](const char *keys, QWidget *control) {
-        auto *shortcut = new QShortcut(QKeySequence(QString::fromLatin1(keys)), this);
-        connect(shortcut, &QShortcut::activated, control,
-                [control] { control->setFocus(Qt::ShortcutFocusReason); });
-    };
-    focusBy("Ctrl+F", m_ui->txtCurrentFreq);
-    focusBy("Ctrl+T", m_ui->HScroll1);
+    const auto *frequency = new QShortcut(QKeySequence(QStringLiteral("Ctrl+F")), this);
+    connect(frequency, &QShortcut::activated, m_ui->txtCurrentFreq, [box = m_ui->txtCurrentFreq] {
+        box->setFocus(Qt::ShortcutFocusReason);
+        box->selectAll(); // also when it has the focus already
+    });
+    const auto *slider = new QShortcut(QKeySequence(QStringLiteral("Ctrl+T")), this);
+    connect(slider, &QShortcut::activated, m_ui->HScroll1,
+            [bar = m_ui->HScroll1] { bar->setFocus(Qt::ShortcutFocusReason); });
     for (int i = firstPreset; i <= lastPreset; ++i) {
         auto *shortcut = new QShortcut(QKeySequence(QStringLiteral("Ctrl+%1").arg(i - 3)), this);
         connect(shortcut, &QShortcut::activated, cmdSetDUTFreq(i), &QPushButton::animateClick);

@@ -28,8 +28,10 @@ void frmMain_KeldoX2::letGoOfFocus()
 // After a connection the operator types a frequency, unless something else was chosen meanwhile.
 void frmMain_KeldoX2::focusFrequency()
 {
-    if (!focusWidget() || focusWidget() == this)
-        m_ui->txtCurrentFreq->setFocus();
+    if (focusWidget() && focusWidget() != this)
+        return;
+    m_ui->txtCurrentFreq->setFocus();
+    m_ui->txtCurrentFreq->selectAll();
 }
 
 void frmMain_KeldoX2::EnableMostControls(bool enabled)

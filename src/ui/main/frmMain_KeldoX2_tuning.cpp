@@ -11,7 +11,8 @@
 
 #include <QScopedValueRollback>
 
-// A text that is no number is ignored without a message; "145.5 MHz" is one.
+// A text that is no number is ignored without a message; "145.5 MHz" is one. The text is selected
+// afterwards, so that the next frequency replaces it.
 void frmMain_KeldoX2::txtCurrentFreq_KeyUp()
 {
     const auto unit = mDevice;
@@ -21,6 +22,8 @@ void frmMain_KeldoX2::txtCurrentFreq_KeyUp()
                 unit->setCurrentFreq(*megahertz);
         });
     });
+    if (m_ui->txtCurrentFreq->hasFocus())
+        m_ui->txtCurrentFreq->selectAll();
 }
 
 // Sends the frequency shown once more.

@@ -55,6 +55,7 @@ void TestFrequencyBox::enterSendsTheTypedFrequency()
     QTest::keyClick(bench.frequency(), static_cast<Qt::Key>(key));
     QCOMPARE(bench.sent(), QStringList{command});
     QCOMPARE(bench.frequency()->text(), shown);
+    QCOMPARE(bench.frequency()->selectedText(), shown); // the next one replaces it
     QCOMPARE(bench.slider()->value(), bench.simulated->step());
     QVERIFY(app().guard().isUp());
     QCOMPARE(bench.panel(2), QStringLiteral("OK"));

@@ -122,6 +122,10 @@ void TestMenus::shortcutsReachControlsAndWindows()
     QVERIFY(bench.slider()->hasFocus());
     press(Qt::Key_F, Qt::ControlModifier);
     QVERIFY(bench.frequency()->hasFocus());
+    QCOMPARE(bench.frequency()->selectedText(), bench.frequency()->text());
+    bench.frequency()->deselect(); // also where the focus is already
+    press(Qt::Key_F, Qt::ControlModifier);
+    QCOMPARE(bench.frequency()->selectedText(), bench.frequency()->text());
     press(Qt::Key_P, Qt::AltModifier);
     QVERIFY(bench.find<QLineEdit>("txtFreq_3")->hasFocus());
     press(Qt::Key_F6);
