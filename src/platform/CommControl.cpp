@@ -142,7 +142,7 @@ void CommControl::openPort()
 {
     const auto device = PortDirectory::instance().find(m_commPort);
     // Opening a missing device would cost milliseconds for its lock file.
-    const bool isThere = device
+    const bool isThere = device.has_value()
 #ifndef Q_OS_WIN
                          && QFileInfo::exists(device->location)
 #endif
