@@ -18,6 +18,7 @@ private slots:
     void flagsOfAClosedPort();
     void fittingAGC();
     void fittingFineTuning();
+    void fittingFineTuningOverwritesTheWordThatIsKept();
     void bypassFlag_data();
     void bypassFlag();
     void fittingABypass();
@@ -197,6 +198,18 @@ void TestOptions::fittingFineTuning()
     f.unit->setHasPelltrim(false);
     QCOMPARE(f.simulated->optionC(), 5);
     QVERIFY(f.sent().contains(QStringLiteral("OPTC 5")));
+}
+
+void TestOptions::fittingFineTuningOverwritesTheWordThatIsKept()
+{
+    UnitFixture f;
+    f.simulated->change([](sim::UnitSettings &unit) { unit.optionC = 5; });
+    f.connectUnit();
+    QCOMPARE(f.unit->COPT(), 5);
+    f.unit->setHasPelltrim(true);
+    QCOMPARE(f.unit->COPT(), -1);
+    f.unit->setHasPelltrim(false);
+    QCOMPARE(f.unit->COPT(), 0);
 }
 
 void TestOptions::bypassFlag_data()
