@@ -16,6 +16,7 @@ private slots:
     void escapeBreaksTheSearchOff();
     void theControlsAreDisabledWhileItConnects();
     void pollingIsStoppedAndNotStartedAgain();
+    void anErrorWhileConnectingIsReportedAndTheDialogCloses();
     void aLoopbackAdaptorIsStillNamedAfterwards();
 };
 
@@ -174,6 +175,31 @@ void TestConnectDialogSearch::pollingIsStoppedAndNotStartedAgain()
     });
     QVERIFY(bench.mainWindow->pollingStops > before);
     QVERIFY(!bench.calls->contains(QStringLiteral("main.restartPolling")));
+}
+
+// A main window whose polling cannot be stopped.
+class StubbornMainWindow : public FakeMainWindow
+{
+public:
+    using FakeMainWindow::FakeMainWindow;
+
+    void stopPolling() override { throw RunTimeError(ErrorNumber::InvalidProcedureCall); }
+};
+
+void TestConnectDialogSearch::anErrorWhileConnectingIsReportedAndTheDialogCloses()
+{
+    SearchBench bench;
+    bench.unit(1);
+    bench.line(2);
+    app().mainWindow = std::make_shared<StubbornMainWindow>(bench.calls);
+    bench.fixture.boxes.expectStart(QStringLiteral("Error 5 ("));
+    frmConnectToComport dialog;
+    open(dialog, [&] { press(dialog, "OKButton"); });
+    const QString told = bench.fixture.boxes.shown().last().text;
+    QVERIFY(told.contains(QStringLiteral(" in frmConnectToKnownComport\r\n")));
+    QVERIFY(told.endsWith(QStringLiteral("Connect")));
+    QCOMPARE(bench.sentTo(1), QStringList());
+    verifyAtRest(bench);
 }
 
 void TestConnectDialogSearch::aLoopbackAdaptorIsStillNamedAfterwards()
