@@ -3,6 +3,7 @@
 #pragma once
 
 #include "support/Fixture.h"
+#include "support/Hand.h"
 #include "support/TestMain.h"
 
 #include "core/AppState.h"
@@ -85,33 +86,5 @@ inline void startProgram()
     Main(windowMakers());
     QTRY_VERIFY(app().guard().isUp());
 }
-
-// The operator's hand on the next modal dialog that is ready: acts once.
-class Hand : public QObject
-{
-public:
-    using Act = std::function<void(QWidget *)>;
-    using Ready = std::function<bool(QWidget *)>;
-
-    explicit Hand(Act act, Ready ready = {}) : m_act(std::move(act)), m_ready(std::move(ready))
-    {
-        m_timer.setInterval(10);
-        connect(&m_timer, &QTimer::timeout, this, [this] {
-            QWidget *dialog = QApplication::activeModalWidget();
-            if (!dialog || acted || (m_ready && !m_ready(dialog)))
-                return;
-            acted = true;
-            m_act(dialog);
-        });
-        m_timer.start();
-    }
-
-    bool acted = false;
-
-private:
-    Act m_act;
-    Ready m_ready;
-    QTimer m_timer;
-};
 
 } // namespace road

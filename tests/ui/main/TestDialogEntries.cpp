@@ -1,39 +1,12 @@
 // The main window's menu entries that open dialogs: polling interval, known port, information.
 #include "MainBench.h"
 
+#include "support/Hand.h"
 #include "ui/dialogs/frmAbout.h"
 #include "ui/dialogs/frmContact.h"
 #include "ui/dialogs/frmOperation.h"
 
 #include <QComboBox>
-
-// The operator's hand: runs once on the first modal dialog that opens and is ready.
-class Hand : public QObject
-{
-public:
-    using Ready = std::function<bool(QWidget *)>;
-
-    explicit Hand(std::function<void(QWidget *)> act, Ready ready = {})
-        : m_act(std::move(act)), m_ready(std::move(ready))
-    {
-        m_timer.setInterval(5);
-        connect(&m_timer, &QTimer::timeout, this, [this] {
-            QWidget *box = QApplication::activeModalWidget();
-            if (!box || acted || (m_ready && !m_ready(box)))
-                return;
-            acted = true;
-            m_act(box);
-        });
-        m_timer.start();
-    }
-
-    bool acted = false;
-
-private:
-    std::function<void(QWidget *)> m_act;
-    Ready m_ready;
-    QTimer m_timer;
-};
 
 static void enterInterval(MainBench &bench, const QString &text)
 {
@@ -59,6 +32,7 @@ private slots:
     void intervals_data();
     void intervals();
     void anIntervalThatOverflowsIsReportedAndChangesNothing();
+    void cancellingTheIntervalChangesNothing_data();
     void cancellingTheIntervalChangesNothing();
     void intervalDoesNothingWhileTheGuardIsDown();
     void zeroStopsTheTicking();
@@ -107,14 +81,27 @@ void TestDialogEntries::anIntervalThatOverflowsIsReportedAndChangesNothing()
     QVERIFY(!QApplication::activeModalWidget());
 }
 
+void TestDialogEntries::cancellingTheIntervalChangesNothing_data()
+{
+    using Cancel = void (*)(QWidget *);
+    QTest::addColumn<Cancel>("cancel");
+    QTest::newRow("Escape") << Cancel([](QWidget *box) { QTest::keyClick(box, Qt::Key_Escape); });
+    QTest::newRow("Cancel") << Cancel([](QWidget *box) {
+        box->findChild<QPushButton *>(QStringLiteral("CancelButton"))->click();
+    });
+    QTest::newRow("frame") << Cancel([](QWidget *box) { box->close(); });
+}
+
 void TestDialogEntries::cancellingTheIntervalChangesNothing()
 {
+    using Cancel = void (*)(QWidget *);
+    QFETCH(const Cancel, cancel);
     MainBench bench;
     bench.show();
     bench.polling()->setInterval(700);
-    const Hand hand([](QWidget *box) {
+    const Hand hand([&](QWidget *box) {
         QTest::keyClicks(box->findChild<QLineEdit *>(QStringLiteral("Text1")), QStringLiteral("5"));
-        QTest::keyClick(box, Qt::Key_Escape);
+        cancel(box);
     });
     bench.entry("mnuPollingInterval")->trigger();
     QVERIFY(hand.acted);
