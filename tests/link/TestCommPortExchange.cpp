@@ -35,6 +35,7 @@ private slots:
     void theBufferSizeHasSixteenBits();
     void clearingEmptiesTheBuffer();
     void aSecondExchangeMayStartInTheMiddleOfOne();
+    void theReplyOfAnExchangeInTheMiddleIsNotTaken();
 
 private:
     bool exchange(const char *command)
@@ -308,6 +309,18 @@ void TestCommPortExchange::aSecondExchangeMayStartInTheMiddleOfOne()
     QVERIFY(!outerArrived);
     QVERIFY(clock.elapsed() < 1500);
     QCOMPARE(on->commands(2), (QStringList{QStringLiteral("*FIRST?"), QStringLiteral("*SECOND?")}));
+}
+
+// The inner exchange runs in the wait's own round and leaves its reply in the buffer.
+void TestCommPortExchange::theReplyOfAnExchangeInTheMiddleIsNotTaken()
+{
+    on->openWithReply("second");
+    bool innerArrived = false;
+    QTimer::singleShot(0, this, [&] { innerArrived = exchange("*SECOND?\r"); });
+    const clsCommPort::WaitResult outer = on->port->WaitForReply(1);
+    QVERIFY(innerArrived);
+    QVERIFY(on->port->Buffer().startsWith(QStringLiteral("second\r")));
+    QVERIFY(outer.timedOut);
 }
 
 KELDOX_TEST(TestCommPortExchange)

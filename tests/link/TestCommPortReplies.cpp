@@ -21,6 +21,8 @@ private slots:
     void aReplyWithLineFeedsLeavesNoneForTheNext();
     void anEmptyReplyIsAReply();
     void aBinaryReplyKeepsItsBytes();
+    void noReplyIsSleptThrough_data();
+    void noReplyIsSleptThrough();
     void anEndlessReplyTimesOutAndTheNextExchangeWorks();
     void theWindowLivesWhileAReplyIsAwaited();
     void waitingDoesNotSpin_data();
@@ -137,6 +139,32 @@ void TestCommPortReplies::aBinaryReplyKeepsItsBytes()
     on->line.setResponder([text](const std::string &) { return text; });
     QVERIFY(exchange("*ID?\r"));
     QCOMPARE(on->port->BufferStart(), QString::fromLatin1(text.data(), 255));
+}
+
+void TestCommPortReplies::noReplyIsSleptThrough_data()
+{
+    QTest::addColumn<int>("turn");
+    for (int turn = 1; turn <= 4; ++turn)
+        QTest::addRow("turn %d", turn) << turn;
+}
+
+// Bytes may come in any turn of a wait's round, also between the last look and the sleep.
+void TestCommPortReplies::noReplyIsSleptThrough()
+{
+    QFETCH(const int, turn);
+    int turns = 0;
+    QTimer everyTurn;
+    connect(&everyTurn, &QTimer::timeout, this, [&] {
+        if (++turns < turn)
+            return;
+        everyTurn.stop();
+        on->line.send("OK\r");
+        while (on->control().inBufferCount() == 0 && clock.elapsed() < 1000)
+            QCoreApplication::processEvents();
+    });
+    everyTurn.start(0);
+    QVERIFY(!on->port->WaitForReply(1).timedOut);
+    QCOMPARE(turns, turn);
 }
 
 void TestCommPortReplies::anEndlessReplyTimesOutAndTheNextExchangeWorks()
