@@ -21,7 +21,7 @@ private:
     int m_failures = 0;
 };
 
-// That this process has used so far.
+// Processor time that this process has used so far.
 double processorMs();
 
 // From now on a message box is a failure: nobody is there to answer it.

@@ -118,9 +118,8 @@ void benchEventDisplay(Report &report)
     constexpr int eventsPerSecond = 10000;
     // Shown, the monitor lists the ports, and reports a machine that has none.
     const sim::SimulatedLine line;
-    PortDirectory::instance().reset([&line] {
-        return QList<PortDirectory::Device>{
-            {QString::fromStdString(line.device()), QStringLiteral("simulated"), {}}};
+    PortDirectory::instance().reset([device = QString::fromStdString(line.device())] {
+        return QList<PortDirectory::Device>{{device, QStringLiteral("simulated"), {}}};
     });
     const auto monitor = app().ioMonitor();
     monitor->show();

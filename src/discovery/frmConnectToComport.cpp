@@ -136,11 +136,5 @@ void frmConnectToComport::finish()
     state.searchFinished = true;
     resumeNext(
         "frmConnectToKnownComport", [&] { state.channelsWindow()->setProgressVisible(false); },
-        [&] {
-            // A loopback adaptor's line stays; "searching" would no longer be true. Where a unit
-            // was found, connecting it has said how that went.
-            if (state.foundUnits == 0 && state.searchStatus.startsWith(QLatin1String("SEARCHING")))
-                state.mainWindow->setStatusPanel(1, QStringLiteral("NOT CONNECTED"));
-        },
-        [&] { state.mainWindow->bringUpToDate(); });
+        [] { endSearchStatus(); }, [&] { state.mainWindow->bringUpToDate(); });
 }

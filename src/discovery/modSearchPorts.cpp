@@ -87,11 +87,7 @@ void reportNothingFound()
     AppState &state = app();
     resumeNext(
         searchSource, [&] { state.mainWindow->showCommunicationFailure(); },
-        [&] {
-            // A loopback adaptor's line stays; "searching" would no longer be true.
-            if (state.searchStatus == searchingText())
-                setSearchPanel(QStringLiteral("NOT CONNECTED"));
-        },
+        [] { endSearchStatus(); },
         [] {
             showMessage(QStringLiteral("Check data and power connections to KELDO-X filter then "
                                        "select the 'connect' from the menu."),
@@ -173,6 +169,12 @@ void InitializeStuff()
             state.channelsWindow()->setProgressMaximum(progressMaximum);
             state.channelsWindow()->setProgressVisible(true);
         });
+}
+
+void endSearchStatus()
+{
+    if (app().foundUnits == 0 && app().searchStatus == searchingText())
+        setSearchPanel(QStringLiteral("NOT CONNECTED"));
 }
 
 // Every port is probed, also after units were found: a site may have several.

@@ -27,6 +27,10 @@ void SearchPorts(std::int16_t mode, const QString &port = {});
 // Closes all ports, empties the tables and prepares both windows.
 void InitializeStuff();
 
+// Where no unit was found and the main window still says that ports are searched, it says
+// "NOT CONNECTED". A loopback adaptor's line stays, and so does what connecting a unit has said.
+void endSearchStatus();
+
 void SearchAllComPorts();
 void SearchAddressesOnPort(std::int16_t port);
 void SearchOnePort(std::int16_t port);

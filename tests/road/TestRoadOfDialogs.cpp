@@ -70,11 +70,14 @@ frmIODaemon *TestRoadOfDialogs::monitor()
     return qobject_cast<frmIODaemon *>(window(monitorName));
 }
 
+// The connect-to-port dialog has its list.
+static bool listed(QWidget *dialog)
+{
+    return dialog->findChild<QComboBox *>(QStringLiteral("comboComPort"))->isEnabled();
+}
+
 void TestRoadOfDialogs::aKnownPortIsChosenAndConnected()
 {
-    const auto listed = [](QWidget *dialog) {
-        return dialog->findChild<QComboBox *>(QStringLiteral("comboComPort"))->isEnabled();
-    };
     const auto choose = [](QWidget *dialog) {
         picture(dialog, "connect-to-port");
         auto *ports = dialog->findChild<QComboBox *>(QStringLiteral("comboComPort"));
@@ -191,9 +194,6 @@ void TestRoadOfDialogs::informationWindowsOpen()
 // The last address is the silent one: what it leaves in the status bar must not stay there.
 void TestRoadOfDialogs::anAddressableLineIsChosenAndConnected()
 {
-    const auto listed = [](QWidget *dialog) {
-        return dialog->findChild<QComboBox *>(QStringLiteral("comboComPort"))->isEnabled();
-    };
     const auto choose = [](QWidget *dialog) {
         auto *ports = dialog->findChild<QComboBox *>(QStringLiteral("comboComPort"));
         QTest::keyClick(ports, Qt::Key_Down);

@@ -125,10 +125,7 @@ void frmMain_KeldoX2::styleControls()
 void frmMain_KeldoX2::addShortcuts()
 {
     const auto *frequency = new QShortcut(QKeySequence(QStringLiteral("Ctrl+F")), this);
-    connect(frequency, &QShortcut::activated, m_ui->txtCurrentFreq, [box = m_ui->txtCurrentFreq] {
-        box->setFocus(Qt::ShortcutFocusReason);
-        box->selectAll(); // also when it has the focus already
-    });
+    connect(frequency, &QShortcut::activated, this, &frmMain_KeldoX2::selectFrequency);
     const auto *slider = new QShortcut(QKeySequence(QStringLiteral("Ctrl+T")), this);
     connect(slider, &QShortcut::activated, m_ui->HScroll1,
             [bar = m_ui->HScroll1] { bar->setFocus(Qt::ShortcutFocusReason); });

@@ -78,6 +78,7 @@ private:
     void disableUnitControls();
     void letGoOfFocus();
     void focusFrequency();
+    void selectFrequency();
     void clearTuning();
     bool isConnected() const;
 

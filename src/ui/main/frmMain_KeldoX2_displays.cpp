@@ -28,9 +28,14 @@ void frmMain_KeldoX2::letGoOfFocus()
 // After a connection the operator types a frequency, unless something else was chosen meanwhile.
 void frmMain_KeldoX2::focusFrequency()
 {
-    if (focusWidget() && focusWidget() != this)
-        return;
-    m_ui->txtCurrentFreq->setFocus();
+    if (!focusWidget() || focusWidget() == this)
+        selectFrequency();
+}
+
+// Typing replaces what is there, also where the box has the focus already.
+void frmMain_KeldoX2::selectFrequency()
+{
+    m_ui->txtCurrentFreq->setFocus(Qt::ShortcutFocusReason);
     m_ui->txtCurrentFreq->selectAll();
 }
 
