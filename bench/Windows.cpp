@@ -2,13 +2,13 @@
 // start-up to a usable main window.
 #include "bench/Bench.h"
 
-#include "core/modMain_KeldoX2.h"
-#include "discovery/modSearchPorts.h"
+#include "app/modMain_KeldoX2.h"
+#include "app/modSearchPorts.h"
 #include "platform/EventQueue.h"
-#include "platform/MessageBox.h"
+#include "widgets/MessageBox.h"
 #include "platform/PortDirectory.h"
 #include "sim/SimulatedLine.h"
-#include "ui/main/windowMakers.h"
+#include "windowMakers.h"
 
 #include <QApplication>
 #include <QElapsedTimer>

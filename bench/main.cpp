@@ -1,9 +1,9 @@
 // Runs all measurements, offscreen, and ends non-zero when one exceeds its bound.
 #include "bench/Bench.h"
 
-#include "core/AppState.h"
+#include "app/AppState.h"
 #include "platform/Application.h"
-#include "platform/MessageBox.h"
+#include "widgets/MessageBox.h"
 
 #include <QApplication>
 #include <QTemporaryDir>

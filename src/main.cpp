@@ -1,9 +1,9 @@
 // Makes the application, hands start-up its windows and runs until the main window is closed.
-#include "core/modMain_KeldoX2.h"
+#include "app/modMain_KeldoX2.h"
 #include "platform/Application.h"
 #include "platform/EventQueue.h"
 #include "ui/main/ProgramIcon.h"
-#include "ui/main/windowMakers.h"
+#include "windowMakers.h"
 
 #include <QApplication>
 
@@ -17,6 +17,7 @@ int main(int argc, char **argv)
     // Closing the main window ends the program by itself; the other windows only hide.
     QApplication::setQuitOnLastWindowClosed(false);
 
+    installMessageBoxes();
     Main(windowMakers());
     const int result = EventQueue::ending() ? 0 : QApplication::exec();
     resetAppState(); // the windows go before the application that they need

@@ -1,8 +1,10 @@
-// The small interfaces between the event log and those who stand beside it: its writers, its
-// display and its file. They keep the log, the error report and the file object apart.
+// The event log as everybody else knows it: its writers, its display and its file. Whoever starts
+// the program installs the log; without one events go nowhere.
 #pragma once
 
 #include <QString>
+
+#include <memory>
 
 class EventLog
 {
@@ -14,6 +16,13 @@ public:
     // False until the log can show something.
     virtual bool hasDisplay() const = 0;
 };
+
+// Null takes the log away.
+void installEventLog(std::shared_ptr<EventLog> log);
+std::shared_ptr<EventLog> eventLog();
+
+// Writes an event to the installed log, for its file and its display.
+void logEvent(const QString &source, const QString &text);
 
 // Where events are shown: the IO monitor.
 class EventDisplay

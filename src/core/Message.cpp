@@ -1,11 +1,24 @@
-// The program's message boxes.
+// The message door.
 #include "core/Message.h"
 
-#include "core/AppState.h"
+#include <cstdio>
+
+static MessageDoor &messageDoor()
+{
+    static MessageDoor door;
+    return door;
+}
+
+void installMessageDoor(MessageDoor door)
+{
+    messageDoor() = std::move(door);
+}
 
 MessageBox::Answer showMessage(const QString &text, int style)
 {
-    for (const std::int16_t flags : app().messageBoxStyle)
-        style |= flags;
-    return MessageBox::show(text, style);
+    // A copy: the door may be replaced while its message is read.
+    if (const MessageDoor door = messageDoor())
+        return door(text, style);
+    std::fprintf(stderr, "%s\n", qPrintable(text));
+    return MessageBox::Answer::Ok;
 }

@@ -1,7 +1,31 @@
-// Message boxes in the program's one style: the icon with the application-wide style flags, the
-// application's title as the caption.
+// Messages for whoever runs the program, and the one door that they pass. Whoever starts the
+// program installs the door: a box in the windowed program, a line of text elsewhere.
 #pragma once
 
-#include "platform/MessageBox.h"
+#include <QString>
+
+#include <functional>
+
+namespace MessageBox {
+
+// Style words, added up: buttons plus icon.
+enum Style : int {
+    OkOnly = 0,
+    YesNoCancel = 3,
+    Critical = 16,
+    Question = 32,
+    Exclamation = 48,
+    Information = 64,
+};
+
+enum class Answer { Ok = 1, Cancel = 2, Yes = 6, No = 7 };
+
+} // namespace MessageBox
+
+// Takes a text and a style, and gives the answer.
+using MessageDoor = std::function<MessageBox::Answer(const QString &text, int style)>;
+
+// An empty door prints the text as a line on standard error and answers Ok, as at the start.
+void installMessageDoor(MessageDoor door);
 
 MessageBox::Answer showMessage(const QString &text, int style);

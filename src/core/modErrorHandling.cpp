@@ -1,13 +1,13 @@
 // The error report and the table of the program's error texts.
 #include "core/modErrorHandling.h"
 
-#include "core/AppState.h"
 #include "core/EventLog.h"
 #include "core/Message.h"
 #include "core/TextNumbers.h"
 #include "platform/RunTimeError.h"
 
 #include <QMap>
+#include <QScopedValueRollback>
 
 #include <new>
 
@@ -137,17 +137,16 @@ void ReportError(const QString &source, const QString &extraInfo)
     const QString text = ErrText(error.number());
 
     // A failing display or log file must not report into itself.
-    AppState &state = app();
-    const auto log = state.logger;
-    if (!state.isReporting && log && log->hasDisplay()) {
-        state.isReporting = true;
+    static bool isReporting = false;
+    const auto log = eventLog();
+    if (!isReporting && log && log->hasDisplay()) {
+        const QScopedValueRollback reporting(isReporting, true);
         try {
             log->LogEvent(QStringLiteral("modErrorHandling"),
                           detailedText(error, text, source, extraInfo), true, true);
         } catch (...) { // NOLINT(bugprone-empty-catch)
             // The box below still tells.
         }
-        state.isReporting = false;
     }
     showMessage(shortText(error, text, source, extraInfo), MessageBox::Exclamation);
 }

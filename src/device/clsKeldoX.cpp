@@ -2,7 +2,7 @@
 // line out and one reply line back.
 #include "device/clsKeldoX.h"
 
-#include "core/AppState.h"
+#include "core/EventLog.h"
 #include "core/Message.h"
 #include "core/ResumeNext.h"
 #include "platform/PortDirectory.h"
@@ -140,12 +140,7 @@ QString clsKeldoX::deviceWrite(const QString &command)
     bool answered = false;
     bool isOpen = m_connection != SerialPort;
     resumeNext(
-        "clsKeldoX.deviceWrite",
-        [] {
-            if (const auto window = app().mainWindow)
-                window->stopPolling();
-            // Polling is switched on again by its owner alone, never from here.
-        },
+        "clsKeldoX.deviceWrite", [this] { emit AboutToExchange(); },
         [&] {
             if (m_connection != SerialPort)
                 return;

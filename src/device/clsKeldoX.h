@@ -8,7 +8,7 @@
 // reported and never leave the object.
 #pragma once
 
-#include "link/clsCommPort.h"
+#include "port/clsCommPort.h"
 
 #include <QObject>
 #include <QString>
@@ -189,6 +189,8 @@ signals:
     void GetPassword();
     void InputLimitingModeChange(qint16 mode);
 
+    // A command is about to be sent. Polling stops on it, and only its owner starts it again.
+    void AboutToExchange();
     // The unit's port hung up; the object stays usable and opens it again when initialized.
     void LinkLost();
 

@@ -2,7 +2,8 @@
 // to the operator and announced.
 #include "device/clsKeldoX.h"
 
-#include "core/AppState.h"
+#include "core/DebugSwitches.h"
+#include "core/EventLog.h"
 #include "core/Message.h"
 #include "core/ResumeNext.h"
 #include "core/TextNumbers.h"
@@ -87,8 +88,7 @@ void clsKeldoX::complain(const char *message)
 
 void clsKeldoX::logBadReply() const
 {
-    const auto monitor = app().ioMonitor();
-    if (monitor && monitor->showsDetailedErrors())
+    if (debugSwitches().detailedErrors)
         logEvent(QStringLiteral("clsKeldoX"),
                  QStringLiteral(" bad reply <") + m_lastReply + QStringLiteral(">"));
 }

@@ -1,7 +1,7 @@
 // The port probe.
 #include "discovery/clsSeeker.h"
 
-#include "core/AppState.h"
+#include "core/EventLog.h"
 #include "core/ResumeNext.h"
 
 clsSeeker::clsSeeker() : m_port(std::make_shared<clsCommPort>())

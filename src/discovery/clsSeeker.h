@@ -2,7 +2,7 @@
 // object of its own and never changes the state of a unit.
 #pragma once
 
-#include "link/clsCommPort.h"
+#include "port/clsCommPort.h"
 
 #include <QString>
 

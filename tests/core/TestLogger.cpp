@@ -2,7 +2,7 @@
 #include "support/Fixture.h"
 #include "support/TestMain.h"
 
-#include "FakeStartUp.h"
+#include "app/FakeStartUp.h"
 #include "core/ResumeNext.h"
 #include "core/clsLogger.h"
 
@@ -218,7 +218,7 @@ void TestLogger::aFailedWriteEndsFileLoggingWithOneBox_data()
 void TestLogger::aFailedWriteEndsFileLoggingWithOneBox()
 {
     QFETCH(const bool, throws);
-    app().logger = openedLog();
+    installEventLog(openedLog());
     (throws ? file->writeThrows : file->writeFails) = true;
     fixture->boxes.expectStart(throws ? QStringLiteral("Error 61 ('Disk full')")
                                       : QStringLiteral("Error 75 ('Path/File access error')"),
@@ -238,7 +238,7 @@ void TestLogger::aFailedWriteEndsFileLoggingWithOneBox()
 
 void TestLogger::anErrorReportIsWrittenToTheFile()
 {
-    app().logger = openedLog();
+    installEventLog(openedLog());
     fixture->boxes.expectStart(QStringLiteral("Error 13"));
     reportAndEnd("x.y", [] { throw RunTimeError(13); });
     QVERIFY(file->contents.contains(QStringLiteral(" modErrorHandling: Error number = 13\r\n")));

@@ -3,7 +3,7 @@
 #include "support/Fixture.h"
 #include "support/TestMain.h"
 
-#include "core/AppState.h"
+#include "app/AppState.h"
 #include "core/ResumeNext.h"
 #include "core/modErrorHandling.h"
 #include "platform/RunTimeError.h"
@@ -82,7 +82,7 @@ void TestReportError::init()
 {
     fixture = std::make_unique<Fixture>();
     log = std::make_shared<FakeLog>();
-    app().logger = log;
+    installEventLog(log);
 }
 
 void TestReportError::cleanup()
@@ -257,7 +257,7 @@ void TestReportError::aReportMadeWhileReportingSkipsTheLogAndShowsItsBox()
 {
     const auto acting = std::make_shared<ActingLog>();
     acting->action = [] { report(RunTimeError(6), "the display"); };
-    app().logger = acting;
+    installEventLog(acting);
     fixture->boxes.expectStart(QStringLiteral("Error 6 ('Overflow')"));
     fixture->boxes.expectStart(QStringLiteral("Error 380"));
     report(RunTimeError(380), "x.y");
@@ -273,7 +273,7 @@ void TestReportError::aFailingLogDoesNotStopTheBox()
 {
     const auto acting = std::make_shared<ActingLog>();
     acting->action = [] { throw RunTimeError(75); };
-    app().logger = acting;
+    installEventLog(acting);
     fixture->boxes.expectStart(QStringLiteral("Error 380"));
     report(RunTimeError(380), "x.y");
     fixture->boxes.expectStart(QStringLiteral("Error 13"));
@@ -285,7 +285,7 @@ void TestReportError::beforeTheLogHasADisplayOnlyTheBoxIsShown()
 {
     const auto acting = std::make_shared<ActingLog>();
     acting->display = false;
-    app().logger = acting;
+    installEventLog(acting);
     fixture->boxes.expectStart(QStringLiteral("Error 380"));
     report(RunTimeError(380), "x.y");
     QVERIFY(acting->texts.isEmpty());
@@ -293,7 +293,7 @@ void TestReportError::beforeTheLogHasADisplayOnlyTheBoxIsShown()
 
 void TestReportError::withoutALogOnlyTheBoxIsShown()
 {
-    app().logger.reset();
+    installEventLog(nullptr);
     fixture->boxes.expectStart(QStringLiteral("Error 380"));
     report(RunTimeError(380), "x.y");
 }

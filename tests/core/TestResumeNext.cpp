@@ -2,9 +2,9 @@
 #include "support/Fixture.h"
 #include "support/TestMain.h"
 
+#include "app/SlotTable.h"
+#include "app/WhileGuarded.h"
 #include "core/ResumeNext.h"
-#include "core/SlotTable.h"
-#include "core/WhileGuarded.h"
 #include "platform/RunTimeError.h"
 
 #include <QSignalSpy>

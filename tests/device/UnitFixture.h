@@ -2,7 +2,8 @@
 // the object connected to it, and a record of the events that it raises, in their order.
 #pragma once
 
-#include "core/AppState.h"
+#include "app/AppState.h"
+#include "app/Units.h"
 #include "device/clsKeldoX.h"
 #include "sim/SimulatedLine.h"
 #include "support/FakeViews.h"
@@ -136,7 +137,7 @@ public:
         });
         fixture.plug(port, line.device());
         app().mainWindow = window;
-        app().logger = log;
+        installEventLog(log);
         unit->setConnection(clsKeldoX::SerialPort);
         unit->commPort()->setPortNumber(port);
         events.follow(*unit);
@@ -178,7 +179,7 @@ public:
     std::shared_ptr<Script> script = std::make_shared<Script>();
     std::shared_ptr<FakeMainWindow> window = std::make_shared<FakeMainWindow>();
     std::shared_ptr<FakeLog> log = std::make_shared<FakeLog>();
-    std::shared_ptr<clsKeldoX> unit = std::make_shared<clsKeldoX>();
+    std::shared_ptr<clsKeldoX> unit = makeUnit();
     EventRecord events;
 };
 

@@ -1,10 +1,13 @@
-// The house is a tower: a file includes only files of its own floor or below, and no chain of
-// includes comes back to where it began.
+// The house is a tower of two wings: a file includes only files of its own folder or of those below
+// it, no chain of includes or of folders comes back to where it began, and the unit's wing knows no
+// windows.
 #include "support/TestMain.h"
 
 #include "SourceTree.h"
 
 #include <QHash>
+#include <QLibraryInfo>
+#include <QMap>
 #include <QRegularExpression>
 #include <QSet>
 
@@ -14,9 +17,11 @@ class TestFloors : public QObject
 
 private slots:
     void initTestCase();
-    void everyFileHasItsFloor_data();
-    void everyFileHasItsFloor();
+    void everyFileStandsInAKnownFolder();
     void theRuleSeesAnIncludeOfAHigherFloor();
+    void theRuleSeesAWindowInTheUnitsWing();
+    void theUnitsWingKnowsNoWindows();
+    void foldersFormNoCircle();
     void theRuleSeesACycle();
     void noFileIncludesWhatStandsAboveIt();
     void includesFormNoCycle();
@@ -26,11 +31,19 @@ private slots:
 private:
     using Includes = QHash<QString, QStringList>; // file to what it includes, below src/
 
-    static int floorOf(const QString &file);
+    static QString folderOf(const QString &file);
+    static const QMap<QString, QStringList> &below();
+    static bool isOfUnitWing(const QString &file);
+    static Includes betweenFolders(const Includes &includes);
+    static QStringList windowHeaders(const QString &source);
+    static QStringList forwardDeclarations(const QString &source);
     static QStringList violations(const Includes &includes);
     static QStringList cycleIn(const Includes &includes);
 
     Includes all;
+    QSet<QString> classesAbove; // defined in the operator's wing
+    const QSet<QString> windowsOfQt{QStringLiteral("QWidget"), QStringLiteral("QMainWindow"),
+                                    QStringLiteral("QDialog"), QStringLiteral("QComboBox")};
 };
 
 static QStringList quotedIncludes(const QString &source)
@@ -60,34 +73,98 @@ static QString resolved(const QString &file, const QString &name)
     return QDir::cleanPath(name);
 }
 
-// From the ground: platform 0, core 1, the port 2, device 3, discovery 4, the rest of link 5,
-// ui 6, main.cpp 7; -1 for a file that stands on no floor.
-int TestFloors::floorOf(const QString &file)
+// "ui/main" for ui/main/ProgramIcon.h; empty for main.cpp and what stands beside it.
+QString TestFloors::folderOf(const QString &file)
 {
-    static const QList<QPair<QString, int>> floors = {{QStringLiteral("platform/"), 0},
-                                                      {QStringLiteral("core/"), 1},
-                                                      {QStringLiteral("link/clsCommPort"), 2},
-                                                      {QStringLiteral("link/frmMScomm"), 2},
-                                                      {QStringLiteral("device/"), 3},
-                                                      {QStringLiteral("discovery/"), 4},
-                                                      {QStringLiteral("link/"), 5},
-                                                      {QStringLiteral("ui/"), 6},
-                                                      {QStringLiteral("main.cpp"), 7}};
-    for (const auto &[start, floor] : floors)
-        if (file.startsWith(start))
-            return floor;
-    return -1;
+    const auto end = file.lastIndexOf(QLatin1Char('/'));
+    return end < 0 ? QString() : file.left(end);
+}
+
+// The folders that may be included from each one, beside itself.
+const QMap<QString, QStringList> &TestFloors::below()
+{
+    static const QStringList unitWing{QStringLiteral("platform"), QStringLiteral("core"),
+                                      QStringLiteral("port"), QStringLiteral("device"),
+                                      QStringLiteral("discovery")};
+    static const QMap<QString, QStringList> folders = [] {
+        QMap<QString, QStringList> all;
+        for (qsizetype i = 0; i < unitWing.size(); ++i)
+            all[unitWing.at(i)] = unitWing.mid(0, i);
+        all[QStringLiteral("widgets")] = unitWing.mid(0, 2);
+        const QStringList underApp = unitWing + QStringList{QStringLiteral("widgets")};
+        all[QStringLiteral("app")] = underApp;
+        const QStringList underWindows = underApp + QStringList{QStringLiteral("app")};
+        QStringList windows;
+        for (const char *window : {"connect", "monitor", "dialogs", "channels"}) {
+            windows.append(QStringLiteral("ui/") + QLatin1String(window));
+            all[windows.last()] = underWindows;
+        }
+        all[QStringLiteral("ui/main")] =
+            underWindows + QStringList{QStringLiteral("ui/connect"), QStringLiteral("ui/dialogs")};
+        windows.append(QStringLiteral("ui/main"));
+        all[QString()] = underWindows + windows;
+        return all;
+    }();
+    return folders;
+}
+
+bool TestFloors::isOfUnitWing(const QString &file)
+{
+    return !folderOf(file).isEmpty() && !below().value(QStringLiteral("ui/main")).isEmpty() &&
+           (folderOf(file) == QLatin1String("discovery") ||
+            below().value(QStringLiteral("discovery")).contains(folderOf(file)));
 }
 
 QStringList TestFloors::violations(const Includes &includes)
 {
     QStringList found;
-    for (auto file = includes.cbegin(); file != includes.cend(); ++file)
+    for (auto file = includes.cbegin(); file != includes.cend(); ++file) {
+        const QString folder = folderOf(file.key());
         for (const QString &name : file.value())
-            if (floorOf(name) > floorOf(file.key()))
+            if (folderOf(name) != folder && !below().value(folder).contains(folderOf(name)))
                 found.append(file.key() + QStringLiteral(" includes ") + name);
+    }
     found.sort();
     return found;
+}
+
+// The same arrows between folders instead of files.
+TestFloors::Includes TestFloors::betweenFolders(const Includes &includes)
+{
+    Includes arrows;
+    for (auto file = includes.cbegin(); file != includes.cend(); ++file)
+        for (const QString &name : file.value())
+            if (folderOf(name) != folderOf(file.key()))
+                arrows[folderOf(file.key())].append(folderOf(name));
+    return arrows;
+}
+
+// Includes of Qt headers that belong neither to QtCore nor to QtSerialPort.
+QStringList TestFloors::windowHeaders(const QString &source)
+{
+    static const QRegularExpression line(
+        QStringLiteral(R"re(^\s*#\s*include\s*<(?:Qt\w+/)?(Q\w+)>)re"),
+        QRegularExpression::MultilineOption);
+    const QDir headers(QLibraryInfo::path(QLibraryInfo::HeadersPath));
+    QStringList found;
+    for (auto match = line.globalMatch(source); match.hasNext();) {
+        const QString name = match.next().captured(1);
+        if (!headers.exists(QStringLiteral("QtCore/") + name) &&
+            !headers.exists(QStringLiteral("QtSerialPort/") + name))
+            found.append(name);
+    }
+    return found;
+}
+
+// Classes that the source only declares: "class frmMain_KeldoX2;".
+QStringList TestFloors::forwardDeclarations(const QString &source)
+{
+    static const QRegularExpression line(QStringLiteral(R"(^\s*(?:class|struct)\s+(\w+)\s*;)"),
+                                         QRegularExpression::MultilineOption);
+    QStringList names;
+    for (auto match = line.globalMatch(source); match.hasNext();)
+        names.append(match.next().captured(1));
+    return names;
 }
 
 // The files of one cycle in order; empty when there is none.
@@ -128,50 +205,85 @@ void TestFloors::initTestCase()
                 includes.append(resolved(file, name));
     }
     QVERIFY(all.size() > 20);
+    static const QRegularExpression definition(
+        QStringLiteral(R"(^\s*(?:class|struct)\s+(\w+)[^;]*$)"),
+        QRegularExpression::MultilineOption);
+    for (auto file = all.cbegin(); file != all.cend(); ++file)
+        if (!isOfUnitWing(file.key()) && file.key().endsWith(QLatin1String(".h")))
+            for (auto match =
+                     definition.globalMatch(contentsOf(QStringLiteral("src/") + file.key()));
+                 match.hasNext();)
+                classesAbove.insert(match.next().captured(1));
+    QVERIFY(classesAbove.contains(QStringLiteral("MainWindowView")));
 }
 
-void TestFloors::everyFileHasItsFloor_data()
+void TestFloors::everyFileStandsInAKnownFolder()
 {
-    QTest::addColumn<QString>("file");
-    QTest::addColumn<int>("floor");
-    const auto row = [](const char *file, int floor) {
-        QTest::addRow("%s", file) << QString::fromLatin1(file) << floor;
-    };
-    row("platform/CommControl.h", 0);
-    row("core/Views.h", 1);
-    row("link/clsCommPort_wait.cpp", 2);
-    row("link/frmMScomm.h", 2);
-    row("device/clsKeldoX.h", 3);
-    row("discovery/clsSeeker.cpp", 4);
-    row("link/ConnectToDevice.h", 5);
-    row("link/frmIODaemon.cpp", 5);
-    row("ui/main/frmMain_KeldoX2.h", 6);
-    row("main.cpp", 7);
-}
-
-void TestFloors::everyFileHasItsFloor()
-{
-    QFETCH(const QString, file);
-    QFETCH(const int, floor);
-    QCOMPARE(floorOf(file), floor);
     for (auto known = all.cbegin(); known != all.cend(); ++known)
-        QVERIFY2(floorOf(known.key()) >= 0, qPrintable(known.key()));
+        QVERIFY2(below().contains(folderOf(known.key())), qPrintable(known.key()));
+    QVERIFY(isOfUnitWing(QStringLiteral("platform/CommControl.h")));
+    QVERIFY(isOfUnitWing(QStringLiteral("discovery/clsSeeker.h")));
+    QVERIFY(!isOfUnitWing(QStringLiteral("widgets/UpDown.h")));
+    QVERIFY(!isOfUnitWing(QStringLiteral("main.cpp")));
 }
 
 void TestFloors::theRuleSeesAnIncludeOfAHigherFloor()
 {
-    QCOMPARE(violations({{QStringLiteral("core/a.cpp"),
-                          {QStringLiteral("platform/b.h"), QStringLiteral("link/clsCommPort.h")}}}),
-             QStringList{QStringLiteral("core/a.cpp includes link/clsCommPort.h")});
-    QCOMPARE(violations({{QStringLiteral("device/a.cpp"), {QStringLiteral("link/clsCommPort.h")}}}),
-             QStringList());
-    QCOMPARE(
-        violations({{QStringLiteral("device/a.cpp"), {QStringLiteral("link/ConnectToDevice.h")}}})
-            .size(),
-        1);
+    const auto isSeen = [](const char *file, const char *included) {
+        return !violations({{QString::fromLatin1(file), {QString::fromLatin1(included)}}})
+                    .isEmpty();
+    };
+    QVERIFY(isSeen("core/a.cpp", "port/clsCommPort.h"));
+    QVERIFY(!isSeen("device/a.cpp", "port/clsCommPort.h"));
+    QVERIFY(isSeen("discovery/a.cpp", "app/AppState.h"));
+    QVERIFY(isSeen("core/a.cpp", "widgets/MessageBox.h"));
+    QVERIFY(isSeen("widgets/a.cpp", "app/AppState.h"));
+    QVERIFY(isSeen("app/a.cpp", "ui/main/frmMain_KeldoX2.h"));
+    QVERIFY(isSeen("ui/channels/a.cpp", "ui/main/frmMain_KeldoX2.h"));
+    QVERIFY(!isSeen("ui/main/a.cpp", "ui/dialogs/frmAbout.h"));
+    QVERIFY(!isSeen("main.cpp", "ui/main/frmMain_KeldoX2.h"));
     QCOMPARE(
         quotedIncludes(QStringLiteral("#include <a>\n  # include \"b.h\"\n// #include \"c.h\"\n")),
         QStringList{QStringLiteral("b.h")});
+}
+
+void TestFloors::theRuleSeesAWindowInTheUnitsWing()
+{
+    QCOMPARE(windowHeaders(QStringLiteral("#include <QObject>\n#include <QWidget>\n"
+                                          "#include <QtGui/QColor>\n#include <QSerialPort>\n"
+                                          "#include <vector>\n")),
+             (QStringList{QStringLiteral("QWidget"), QStringLiteral("QColor")}));
+    QCOMPARE(forwardDeclarations(QStringLiteral("class A;\nclass B\n{\n};\n  struct C;\n")),
+             (QStringList{QStringLiteral("A"), QStringLiteral("C")}));
+}
+
+void TestFloors::theUnitsWingKnowsNoWindows()
+{
+    QStringList found;
+    for (auto file = all.cbegin(); file != all.cend(); ++file) {
+        if (!isOfUnitWing(file.key()))
+            continue;
+        const QString source = contentsOf(QStringLiteral("src/") + file.key());
+        for (const QString &header : windowHeaders(source))
+            found.append(file.key() + QStringLiteral(" includes ") + header);
+        // A name is enough to know somebody by.
+        for (const QString &name : forwardDeclarations(source))
+            if (classesAbove.contains(name) || windowsOfQt.contains(name))
+                found.append(file.key() + QStringLiteral(" declares ") + name);
+        if (source.contains(QRegularExpression(QStringLiteral(R"(\bapp\(\))"))))
+            found.append(file.key() + QStringLiteral(" asks the application's state"));
+    }
+    QVERIFY2(found.isEmpty(), qPrintable(found.join(QStringLiteral("\n"))));
+}
+
+void TestFloors::foldersFormNoCircle()
+{
+    const QStringList cycle = cycleIn(betweenFolders(all));
+    QVERIFY2(cycle.isEmpty(), qPrintable(cycle.join(QStringLiteral(" -> "))));
+    // Two files of two folders, each of which knows one of the other.
+    QVERIFY(!cycleIn(betweenFolders({{QStringLiteral("core/a.h"), {QStringLiteral("port/b.h")}},
+                                     {QStringLiteral("port/c.h"), {QStringLiteral("core/d.h")}}}))
+                 .isEmpty());
 }
 
 void TestFloors::theRuleSeesACycle()
@@ -209,8 +321,8 @@ void TestFloors::everyIncludeIsOfAFileThatIsThere()
 void TestFloors::theProgramAndTheSimulatorShareNoCode()
 {
     static const QRegularExpression simulator(QStringLiteral(R"(^(\.\./)*sim/)"));
-    static const QRegularExpression program(
-        QStringLiteral(R"(^(\.\./)*(src/|platform/|core/|link/|device/|discovery/|ui/))"));
+    static const QRegularExpression program(QStringLiteral(
+        R"(^(\.\./)*(src/|platform/|core/|port/|device/|discovery/|widgets/|app/|ui/))"));
     QStringList found;
     const auto look = [&](const char *folder, const QRegularExpression &forbidden) {
         for (const QString &file : sourceFiles(QString::fromLatin1(folder)))

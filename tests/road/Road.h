@@ -6,11 +6,11 @@
 #include "support/Hand.h"
 #include "support/TestMain.h"
 
-#include "core/AppState.h"
-#include "core/modMain_KeldoX2.h"
+#include "app/AppState.h"
+#include "app/modMain_KeldoX2.h"
 #include "platform/EventQueue.h"
 #include "ui/main/ProgramIcon.h"
-#include "ui/main/windowMakers.h"
+#include "windowMakers.h"
 
 #include <QtWidgets>
 

@@ -2,8 +2,8 @@
 // real terminals. With KELDOX_PICTURES set it prints the exchange and leaves pictures there.
 #include "Road.h"
 
-#include "platform/IndicatorLight.h"
 #include "sim/SimulatedLine.h"
+#include "widgets/IndicatorLight.h"
 
 #include <QMutex>
 

@@ -2,11 +2,11 @@
 // port and its log file, and the information windows.
 #include "Road.h"
 
-#include "link/frmIODaemon.h"
 #include "platform/Application.h"
 #include "platform/SettingsStore.h"
 #include "platform/TimerControl.h"
 #include "sim/SimulatedLine.h"
+#include "ui/monitor/frmIODaemon.h"
 
 using namespace road;
 

@@ -1,7 +1,7 @@
 // Windows that write down what they are told, for tests of what stands below the windows.
 #pragma once
 
-#include "core/Views.h"
+#include "app/Views.h"
 
 #include <QMap>
 #include <QStringList>
@@ -126,17 +126,11 @@ public:
     void load() override { calls->append(QStringLiteral("monitor.load")); }
     void show() override { calls->append(QStringLiteral("monitor.show")); }
     void closeComPort() override { calls->append(QStringLiteral("monitor.closeComPort")); }
-    bool showsBytesSent() const override { return bytesSent; }
-    bool showsBytesReceived() const override { return bytesReceived; }
-    bool showsDetailedErrors() const override { return detailed; }
 
     CallRecord calls;
     QStringList sources;
     QStringList texts;
     bool fileLogging = false;
-    bool bytesSent = false;
-    bool bytesReceived = false;
-    bool detailed = false;
 };
 
 // A log that keeps (source, text) pairs as they were given.

@@ -1,7 +1,7 @@
 // The common start of the program's tests.
 #include "support/Fixture.h"
 
-#include "core/AppState.h"
+#include "app/AppState.h"
 #include "platform/EventQueue.h"
 #include "platform/PortDirectory.h"
 
@@ -80,6 +80,7 @@ Fixture::Fixture()
 {
     EventQueue::resetEnding();
     resetAppState();
+    installMessageBoxes();
     PortDirectory::instance().reset([] { return QList<PortDirectory::Device>(); });
 }
 

@@ -2,7 +2,7 @@
 // those that the test plugs in, and message boxes that the test expects one by one.
 #pragma once
 
-#include "platform/MessageBox.h"
+#include "widgets/MessageBox.h"
 
 #include <QList>
 #include <QString>

@@ -2,8 +2,8 @@
 // recording log, and simulated lines under COM numbers.
 #pragma once
 
-#include "core/AppState.h"
-#include "core/SlotTable.h"
+#include "app/AppState.h"
+#include "app/SlotTable.h"
 #include "discovery/clsSeeker.h"
 #include "sim/SimulatedLine.h"
 #include "support/FakeChannelRow.h"
@@ -68,7 +68,7 @@ public:
         state.mainWindow = mainWindow;
         state.makers.channelsWindow = [this] { return channels; };
         state.makers.ioMonitor = [this] { return monitor; };
-        state.logger = log;
+        installEventLog(log);
         state.channelsWindow(); // loads it
         for (int number = 1; number <= 8; ++number) {
             rows[number] = std::make_shared<FakeChannelRow>(number, calls);

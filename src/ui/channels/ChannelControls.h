@@ -2,9 +2,9 @@
 // them: what a channel takes out of the window.
 #pragma once
 
-#include "platform/ControlArray.h"
-#include "platform/OptionSet.h"
-#include "platform/UpDown.h"
+#include "widgets/ControlArray.h"
+#include "widgets/OptionSet.h"
+#include "widgets/UpDown.h"
 
 #include <QCheckBox>
 #include <QLabel>

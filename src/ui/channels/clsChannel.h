@@ -5,7 +5,7 @@
 // reports them; 91 is raised where there is no unit or no row yet.
 #pragma once
 
-#include "core/Views.h"
+#include "app/Views.h"
 #include "ui/channels/ChannelControls.h"
 
 #include <QObject>

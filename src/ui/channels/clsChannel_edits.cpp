@@ -1,11 +1,11 @@
 // What the operator does in a channel's row, sent to the channel's unit.
 #include "ui/channels/clsChannel.h"
 
-#include "core/AppState.h"
+#include "app/AppState.h"
+#include "app/ConnectToDevice.h"
 #include "core/TextNumbers.h"
 #include "device/clsKeldoX.h"
-#include "link/ConnectToDevice.h"
-#include "platform/WhileDisabled.h"
+#include "widgets/WhileDisabled.h"
 
 #include <limits>
 

@@ -2,14 +2,14 @@
 // in frmChannels_controls.cpp and forwarded in frmChannels_routing.cpp.
 #include "ui/channels/frmChannels.h"
 
-#include "core/AppState.h"
+#include "app/AppState.h"
 #include "core/ResumeNext.h"
 #include "core/TextNumbers.h"
 #include "device/clsKeldoX.h"
 #include "platform/Application.h"
-#include "platform/PanelStatusBar.h"
 #include "platform/RunTimeError.h"
 #include "ui/channels/clsChannel.h"
+#include "widgets/PanelStatusBar.h"
 
 #include <QProgressBar>
 #include <QTabWidget>

@@ -2,7 +2,7 @@
 // controls; every control event is forwarded to the channel of the control's index.
 #pragma once
 
-#include "core/Views.h"
+#include "app/Views.h"
 #include "ui/channels/ChannelControls.h"
 
 #include <QMainWindow>

@@ -3,8 +3,8 @@
 #include "ui/channels/frmChannels.h"
 
 #include "core/TextNumbers.h"
-#include "platform/PanelStatusBar.h"
 #include "ui/channels/UnitLabel.h"
+#include "widgets/PanelStatusBar.h"
 
 #include <QGridLayout>
 #include <QProgressBar>

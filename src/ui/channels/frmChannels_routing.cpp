@@ -1,9 +1,9 @@
 // The channels window's control events: under the guard, each goes to the channel of its index.
 #include "ui/channels/frmChannels.h"
 
+#include "app/WhileGuarded.h"
 #include "core/ResumeNext.h"
 #include "core/TextNumbers.h"
-#include "core/WhileGuarded.h"
 #include "device/clsKeldoX.h"
 #include "platform/RunTimeError.h"
 #include "ui/channels/clsChannel.h"

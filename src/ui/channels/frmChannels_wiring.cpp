@@ -1,8 +1,8 @@
 // How the channels window's controls reach their handlers, and what the window notices by itself.
 #include "ui/channels/frmChannels.h"
 
-#include "platform/EntryEvents.h"
 #include "ui/channels/clsChannel.h"
+#include "widgets/EntryEvents.h"
 
 #include <QEvent>
 #include <QKeyEvent>

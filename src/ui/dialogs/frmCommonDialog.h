@@ -1,7 +1,7 @@
 // The hidden window that stands for the file dialog of one file object. Never shown.
 #pragma once
 
-#include "platform/FileChooser.h"
+#include "widgets/FileChooser.h"
 
 #include <QWidget>
 

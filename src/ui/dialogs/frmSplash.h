@@ -1,7 +1,7 @@
 // The splash window of start-up: the program's name and how far start-up has come.
 #pragma once
 
-#include "core/Views.h"
+#include "app/Views.h"
 #include "platform/TimerControl.h"
 
 #include <QWidget>

@@ -2,8 +2,8 @@
 #include "ui/dialogs/modFileHandler.h"
 
 #include "core/ResumeNext.h"
-#include "platform/FileChooser.h"
 #include "platform/RunTimeError.h"
+#include "widgets/FileChooser.h"
 
 #include <QDir>
 #include <QFileInfo>

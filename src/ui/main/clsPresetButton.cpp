@@ -5,8 +5,8 @@
 #include "core/ResumeNext.h"
 #include "core/TextNumbers.h"
 #include "platform/Application.h"
-#include "platform/IndicatorLight.h"
 #include "platform/SettingsStore.h"
+#include "widgets/IndicatorLight.h"
 
 #include <QLineEdit>
 

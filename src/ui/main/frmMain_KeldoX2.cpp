@@ -1,15 +1,16 @@
 // The main window's life: making, loading, first activation, closing.
 #include "ui/main/frmMain_KeldoX2.h"
 
+#include "app/Units.h"
+#include "app/modMain_KeldoX2.h"
 #include "core/ResumeNext.h"
-#include "core/modMain_KeldoX2.h"
-#include "device/clsPelltrim.h"
 #include "platform/Application.h"
-#include "platform/EntryEvents.h"
 #include "platform/EventQueue.h"
 #include "ui/dialogs/frmPasswordBox.h"
+#include "ui/main/clsPelltrim.h"
 #include "ui/main/clsPresetButton.h"
 #include "ui_frmMain_KeldoX2.h"
+#include "widgets/EntryEvents.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -36,7 +37,7 @@ frmMain_KeldoX2::frmMain_KeldoX2() : m_ui(std::make_unique<Ui::frmMain_KeldoX2>(
     bindMenus();
     styleControls();
     addShortcuts();
-    frmMain_KeldoX2::setDevice(std::make_shared<clsKeldoX>());
+    frmMain_KeldoX2::setDevice(makeUnit());
 }
 
 frmMain_KeldoX2::~frmMain_KeldoX2() = default;

@@ -3,10 +3,10 @@
 // window's life, menus, the unit's events, tuning, presets.
 #pragma once
 
-#include "core/Views.h"
-#include "platform/ControlArray.h"
-#include "platform/OptionSet.h"
+#include "app/Views.h"
 #include "platform/TimerControl.h"
+#include "widgets/ControlArray.h"
+#include "widgets/OptionSet.h"
 
 #include <QMainWindow>
 #include <QPointer>

@@ -1,13 +1,14 @@
 // How the main window follows the unit: its events become displays, and its requests are answered.
 #include "ui/main/frmMain_KeldoX2.h"
 
+#include "app/Units.h"
+#include "app/WhileGuarded.h"
+#include "app/modMain_KeldoX2.h"
 #include "core/ResumeNext.h"
 #include "core/TextNumbers.h"
-#include "core/WhileGuarded.h"
-#include "core/modMain_KeldoX2.h"
-#include "device/clsPelltrim.h"
 #include "platform/EventQueue.h"
 #include "ui/dialogs/frmPasswordBox.h"
+#include "ui/main/clsPelltrim.h"
 #include "ui/main/clsPresetButton.h"
 #include "ui_frmMain_KeldoX2.h"
 
@@ -21,7 +22,7 @@ void frmMain_KeldoX2::setDevice(std::shared_ptr<clsKeldoX> device)
 {
     if (mDevice)
         disconnect(mDevice.get(), nullptr, this, nullptr);
-    mDevice = device ? std::move(device) : std::make_shared<clsKeldoX>();
+    mDevice = device ? std::move(device) : makeUnit();
     m_linkLost = false;
     m_tuning.reset();
     m_ui->ShapeOneBitLight->setFillColor(IndicatorLight::buttonFace, tr("off"));

@@ -2,11 +2,11 @@
 // information windows.
 #include "ui/main/frmMain_KeldoX2.h"
 
+#include "app/WhileGuarded.h"
 #include "core/ResumeNext.h"
 #include "core/TextNumbers.h"
-#include "core/WhileGuarded.h"
-#include "discovery/frmConnectToComport.h"
 #include "platform/EventQueue.h"
+#include "ui/connect/frmConnectToComport.h"
 #include "ui/dialogs/frmAbout.h"
 #include "ui/dialogs/frmContact.h"
 #include "ui/dialogs/frmInputBox.h"

@@ -1,9 +1,9 @@
 // What the main window shows and which of its controls are enabled, with and without a unit.
 #include "ui/main/frmMain_KeldoX2.h"
 
+#include "app/modMain_KeldoX2.h"
 #include "core/ResumeNext.h"
-#include "core/modMain_KeldoX2.h"
-#include "device/clsPelltrim.h"
+#include "ui/main/clsPelltrim.h"
 #include "ui_frmMain_KeldoX2.h"
 
 #include <QScopedValueRollback>

@@ -1,10 +1,10 @@
 // The main window's menus: connecting, the other windows, and the polling timer's switch.
 #include "ui/main/frmMain_KeldoX2.h"
 
-#include "core/AppState.h"
+#include "app/AppState.h"
+#include "app/WhileGuarded.h"
+#include "app/modSearchPorts.h"
 #include "core/ResumeNext.h"
-#include "core/WhileGuarded.h"
-#include "discovery/modSearchPorts.h"
 #include "platform/EventQueue.h"
 #include "ui_frmMain_KeldoX2.h"
 

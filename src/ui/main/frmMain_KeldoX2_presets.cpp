@@ -1,10 +1,10 @@
 // The preset buttons of the main window and the mode in which they are set.
 #include "ui/main/frmMain_KeldoX2.h"
 
+#include "app/WhileGuarded.h"
 #include "core/Message.h"
 #include "core/ResumeNext.h"
 #include "core/TextNumbers.h"
-#include "core/WhileGuarded.h"
 #include "device/clsKeldoX.h"
 #include "ui/main/clsPresetButton.h"
 #include "ui_frmMain_KeldoX2.h"

@@ -2,12 +2,12 @@
 // unit's frequency.
 #include "ui/main/frmMain_KeldoX2.h"
 
+#include "app/WhileGuarded.h"
 #include "core/ResumeNext.h"
 #include "core/TextNumbers.h"
-#include "core/WhileGuarded.h"
 #include "device/clsKeldoX.h"
-#include "platform/WhileDisabled.h"
 #include "ui_frmMain_KeldoX2.h"
+#include "widgets/WhileDisabled.h"
 
 #include <QScopedValueRollback>
 

@@ -2,7 +2,7 @@
 // leave them, and the boxes and the log of the run.
 #pragma once
 
-#include "core/AppState.h"
+#include "app/AppState.h"
 #include "device/clsKeldoX.h"
 #include "sim/SimulatedLine.h"
 #include "sim/SimulatedUnit.h"
@@ -28,7 +28,7 @@ public:
             state.channels[index]->setIndex(index);
         }
         window = std::dynamic_pointer_cast<frmChannels>(state.channelsWindow());
-        state.logger = log;
+        installEventLog(log);
         state.guard().set(true);
         if (shown) {
             window->show();

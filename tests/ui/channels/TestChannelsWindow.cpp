@@ -2,7 +2,7 @@
 #include "ChannelsBench.h"
 
 #include "platform/Application.h"
-#include "platform/PanelStatusBar.h"
+#include "widgets/PanelStatusBar.h"
 
 #include <QProgressBar>
 #include <QTabBar>

@@ -2,8 +2,8 @@
 #include "support/Fixture.h"
 #include "support/TestMain.h"
 
-#include "platform/FileChooser.h"
 #include "ui/dialogs/modFileHandler.h"
+#include "widgets/FileChooser.h"
 
 #include <QDir>
 #include <QFile>

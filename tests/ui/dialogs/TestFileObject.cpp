@@ -2,7 +2,7 @@
 #include "support/Fixture.h"
 #include "support/TestMain.h"
 
-#include "core/AppState.h"
+#include "app/AppState.h"
 #include "core/clsLogger.h"
 #include "support/FakeViews.h"
 #include "ui/dialogs/clsFileObject.h"
@@ -201,7 +201,7 @@ static std::shared_ptr<clsLogger> loggerInto(const QString &path, const QString 
     logger->setFileMaker([] { return std::make_unique<clsFileObject>(); });
     logger->setLogPath(path);
     logger->setLogFileName(name);
-    app().logger = logger;
+    installEventLog(logger);
     return logger;
 }
 
@@ -218,7 +218,7 @@ void TestFileObject::underTheEventLog()
     const QByteArray content = contentOf(folder.filePath(QStringLiteral("deep/er/Keldo-X.log")));
     QVERIFY(content.contains(" Channel3 : connected\r\n\r\n"));
     QVERIFY(content.endsWith(" x: y\r\n\r\n"));
-    app().logger.reset();
+    installEventLog(nullptr);
 }
 
 void TestFileObject::aFailingLogFileEndsFileLogging()
@@ -235,7 +235,7 @@ void TestFileObject::aFailingLogFileEndsFileLogging()
     const auto shown = fixture.boxes.texts().size();
     logger->LogEvent(QStringLiteral("x"), QStringLiteral("y"), true, true);
     QCOMPARE(fixture.boxes.texts().size(), shown); // no storm
-    app().logger.reset();
+    installEventLog(nullptr);
 }
 
 KELDOX_TEST(TestFileObject)

@@ -2,8 +2,8 @@
 #include "support/Fixture.h"
 #include "support/TestMain.h"
 
-#include "platform/FileChooser.h"
 #include "ui/dialogs/clsFileObject.h"
+#include "widgets/FileChooser.h"
 
 #include <QFile>
 #include <QTemporaryDir>

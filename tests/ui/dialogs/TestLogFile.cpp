@@ -4,7 +4,7 @@
 #include "support/TestMain.h"
 
 #include "core/clsLogger.h"
-#include "ui/main/windowMakers.h"
+#include "windowMakers.h"
 
 #include <QTemporaryDir>
 

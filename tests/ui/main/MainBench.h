@@ -2,17 +2,17 @@
 // of a line that is COM 5, and recording windows beside it.
 #pragma once
 
-#include "core/AppState.h"
+#include "app/AppState.h"
 #include "device/UnitFixture.h"
-#include "device/clsPelltrim.h"
 #include "platform/EventQueue.h"
-#include "platform/IndicatorLight.h"
-#include "platform/PanelStatusBar.h"
-#include "platform/WhileDisabled.h"
 #include "support/FakeChannelRow.h"
 #include "ui/main/StepSlider.h"
+#include "ui/main/clsPelltrim.h"
 #include "ui/main/clsPresetButton.h"
 #include "ui/main/frmMain_KeldoX2.h"
+#include "widgets/IndicatorLight.h"
+#include "widgets/PanelStatusBar.h"
+#include "widgets/WhileDisabled.h"
 
 #include <QtWidgets>
 
@@ -55,7 +55,7 @@ public:
         AppState &state = app();
         state.makers.channelsWindow = [this] { return channels; };
         state.makers.ioMonitor = [this] { return monitor; };
-        state.logger = log;
+        installEventLog(log);
         for (std::int16_t number = 1; number <= 8; ++number)
             state.channels[number] = std::make_shared<FakeChannelRow>(number);
         window = std::make_shared<frmMain_KeldoX2>();

@@ -1,0 +1,103 @@
+// Connecting a channel.
+#include "app/ConnectToDevice.h"
+
+#include "app/AppState.h"
+#include "app/Units.h"
+#include "app/modMain_KeldoX2.h"
+#include "core/Message.h"
+#include "core/ResumeNext.h"
+#include "platform/EventQueue.h"
+
+static const char connectSource[] = "frmMain.ConnectToDevice";
+
+static constexpr int connectionPanel = 1; // of both windows
+
+// Units on one line share a port, and a port opens once: the operator can go back and forth
+// between them when the others let go of it first.
+static void releasePortOf(clsKeldoX &device)
+{
+    const auto &devices = app().devices;
+    for (int slot = 1; slot <= 8; ++slot)
+        if (const auto other = devices[slot];
+            other && other.get() != &device &&
+            other->commPort()->PortNumber() == device.commPort()->PortNumber())
+            other->commPort()->ClosePort();
+}
+
+static void showConnected(clsKeldoX &device)
+{
+    const auto mainWindow = app().mainWindow;
+    const auto channelsWindow = app().channelsWindow();
+    const QString text = QStringLiteral("CONNECTED ON COM%1").arg(device.commPort()->PortNumber());
+    resumeNext(
+        connectSource, [&] { mainWindow->EnablePresetsIfTheyreValid(); },
+        [&] { channelsWindow->refreshChannelDisplays(); },
+        [&] { mainWindow->setStatusPanel(connectionPanel, text); },
+        [&] { channelsWindow->setStatusPanel(connectionPanel, text); });
+}
+
+static void showNotConnected(const std::shared_ptr<clsKeldoX> &device)
+{
+    const auto mainWindow = app().mainWindow;
+    const auto channelsWindow = app().channelsWindow();
+    const QString text = QStringLiteral("NOT CONNECTED");
+    resumeNext(
+        connectSource,
+        [&] {
+            if (device && device->Connection() == clsKeldoX::Network)
+                showMessage(QStringLiteral("Network (TCP/IP) connection could not be opened."),
+                            MessageBox::Exclamation);
+        },
+        // The frequency of the unit before must not stand under this channel's name.
+        [&] { mainWindow->showNotConnected(); },
+        [&] { mainWindow->setStatusPanel(connectionPanel, text); },
+        [&] { channelsWindow->setStatusPanel(connectionPanel, text); });
+}
+
+static void pointWindowsAt(const std::shared_ptr<clsKeldoX> &device)
+{
+    resumeNext(
+        connectSource, [&] { app().mainWindow->setDevice(device); },
+        [&] { app().channelsWindow()->setDevice(device); }, [&] { app().currentDevice = device; });
+}
+
+std::int16_t ConnectToDevice(std::shared_ptr<clsKeldoX> &device, std::int16_t channel)
+{
+    const QString source = QStringLiteral("Channel%1 ").arg(channel);
+    resumeNext(connectSource, [&] { logEvent(source, QStringLiteral("connecting... ")); });
+    if (channel == 0)
+        return 0;
+    AppState &state = app();
+    std::shared_ptr<clsKeldoX> unit;
+    resumeNext(
+        connectSource,
+        [&] {
+            state.mainWindow->setCurrentChannelCaption(
+                QStringLiteral("Active Channel %1").arg(activeChannel()));
+        },
+        [&] { state.mainWindow->setStatusPanel(connectionPanel, QStringLiteral("CONNECTING...")); },
+        [&] { state.channelsWindow()->setStatusPanel(connectionPanel, QStringLiteral("     ")); },
+        [&] { disableAllChannels(channel); },
+        [&] {
+            auto &slot = state.devices[channel];
+            if (!slot)
+                slot = makeUnit();
+            unit = device = slot;
+        });
+    bool connected = false;
+    if (unit)
+        resumeNext(
+            connectSource, [&] { releasePortOf(*unit); }, [&] { pointWindowsAt(unit); },
+            // A unit that was unplugged while it was read has told its name, but is not connected.
+            [&] { connected = unit->Initialize() && unit->PortIsOpen(); });
+    // The window may have been closed while the unit was read.
+    if (EventQueue::ending())
+        return 0;
+    if (connected) {
+        showConnected(*unit);
+        resumeNext(connectSource, [&] { logEvent(source, QStringLiteral("connected")); });
+    } else {
+        showNotConnected(unit);
+    }
+    return 0;
+}

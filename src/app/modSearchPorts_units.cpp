@@ -1,0 +1,117 @@
+// What the search does with units and ports: binding a unit to its channel, closing all ports,
+// and the list of ports that can be opened.
+#include "app/modSearchPorts.h"
+
+#include "app/AppState.h"
+#include "app/Units.h"
+#include "core/ResumeNext.h"
+#include "core/TextNumbers.h"
+#include "device/clsKeldoX.h"
+#include "discovery/clsSeeker.h"
+#include "platform/EventQueue.h"
+#include "platform/PortDirectory.h"
+#include "platform/RunTimeError.h"
+
+#include <QComboBox>
+
+static void announceUnit(std::int16_t port)
+{
+    const QString text = QStringLiteral("FOUND AN KELDO-X ON COM%1").arg(port);
+    app().searchStatus = text;
+    app().mainWindow->setStatusPanel(1, text);
+    logEvent(QStringLiteral("SearchComPorts"), text);
+}
+
+static QString debugLabel(std::int16_t port, std::int16_t n)
+{
+    return QStringLiteral("DUTS(") + numberToTextWithBlank(n) + QStringLiteral(") on COM") +
+           numberToTextWithBlank(port) + QStringLiteral("Channel ") + numberToTextWithBlank(n);
+}
+
+static void prepareUnit(clsKeldoX &unit, std::int16_t port, std::int16_t n, std::int16_t address)
+{
+    unit.setConnection(clsKeldoX::SerialPort);
+    unit.setDebugInfo(debugLabel(port, n));
+    unit.setAddr(address);
+    unit.setDisplayErrors(true);
+    unit.commPort()->setDisplayErrors(true);
+}
+
+void FoundAnKeldoX(std::int16_t port, std::int16_t n, std::int16_t address)
+{
+    reportAndEnd("SearchPorts.FoundAnKeldoX", [&] {
+        AppState &state = app();
+        announceUnit(port);
+        auto &slot = state.devices[n]; // raises for a ninth unit
+        slot = makeUnit();
+        const auto unit = slot;
+        const auto channel = state.channels[n];
+        channel->setDevice(unit);
+        channel->setIndex(n);
+        channel->setChannelNumber(n);
+        prepareUnit(*unit, port, n, address);
+        channel->setComPortNumber(port);
+        channel->showPort(QString::number(n),
+                          QStringLiteral("select the device on COM%1:").arg(port),
+                          QStringLiteral("COM%1:").arg(port));
+        channel->setStatus(1);
+        channel->optPortNumClick();
+        channel->ShowControls();
+        channel->setExists(true);
+        // The unit opens its port again when it is used.
+        unit->commPort()->ClosePort();
+    });
+}
+
+void closeAllComPorts()
+{
+    const char source[] = "modSearchPorts.closeAllComPorts";
+    resumeNext(source, [] {
+        if (const auto monitor = app().ioMonitor())
+            monitor->closeComPort();
+    });
+    for (int slot = 0; slot <= decltype(AppState::devices)::last; ++slot)
+        resumeNext(source, [slot] {
+            if (const auto unit = app().devices[slot])
+                unit->commPort()->ClosePort();
+        });
+}
+
+static void listOpenablePorts(QComboBox &combo)
+{
+    clsSeeker seeker;
+    seeker.Construct();
+    PortDirectory &directory = PortDirectory::instance();
+    directory.refresh();
+    for (std::int16_t port = 1; port <= PortDirectory::lastNumber && !EventQueue::ending();
+         ++port) {
+        if (seeker.Init(port)) {
+            combo.addItem(numberToTextWithBlank(port));
+            combo.setItemData(combo.count() - 1, directory.describe(port), Qt::ToolTipRole);
+            EventQueue::yield();
+        }
+        seeker.ClosePort();
+    }
+}
+
+void PopulateComboBox(QComboBox &combo)
+{
+    PopulateComboBoxFor("modSearchPorts.PopulateComboBox", combo);
+}
+
+void PopulateComboBoxFor(const char *source, QComboBox &combo)
+{
+    reportAndEnd(source, [&] {
+        combo.setEnabled(false);
+        combo.clear();
+        listOpenablePorts(combo);
+        // The highest-numbered port that can be opened is left out of the list on purpose; it can
+        // still be typed. With no entry at all the removal fails and the list stays disabled.
+        if (combo.count() == 0)
+            throw RunTimeError(ErrorNumber::InvalidProcedureCall);
+        combo.removeItem(combo.count() - 1);
+        if (combo.count() > 0)
+            combo.setCurrentIndex(0);
+        combo.setEnabled(true);
+    });
+}

@@ -1,0 +1,8 @@
+// The debug switches of the run.
+#include "core/DebugSwitches.h"
+
+DebugSwitches &debugSwitches()
+{
+    static DebugSwitches switches;
+    return switches;
+}

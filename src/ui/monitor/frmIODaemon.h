@@ -1,0 +1,75 @@
+// The IO monitor: shows every event that the event log displays, sends raw commands to a port, and
+// holds the debug switches, whose state lives only for the run.
+#pragma once
+
+#include "app/Views.h"
+
+#include <QMainWindow>
+#include <QTimer>
+
+#include <memory>
+
+namespace Ui {
+class frmIODaemon;
+}
+
+class clsSeeker;
+
+class frmIODaemon : public QMainWindow, public IOMonitorView
+{
+    Q_OBJECT
+
+public:
+    // Beyond so many characters, CR LF counted as two, the display is cut.
+    static constexpr int displayLimit = 8000;
+
+    frmIODaemon();
+    ~frmIODaemon() override;
+
+    void load() override;
+    void show() override; // in front
+    void closeComPort() override;
+    bool isFileLoggingChecked() const override;
+
+    // Appends one event. The text is kept here at once and painted a little later, all that came
+    // meanwhile together: the unit's exchanges must not wait for a window.
+    void Display(const QString &source, const QString &text) override;
+    QString displayText() const { return m_text; }
+
+    // The text with its escapes replaced: a backslash and two hexadecimal digits are one character.
+    static QString withoutEscapes(const QString &command);
+
+protected:
+    void showEvent(QShowEvent *event) override;
+    void closeEvent(QCloseEvent *event) override; // closes its port and hides
+
+private:
+    void append(const QString &source, const QString &text);
+    void paintText();
+    void cmdClear_Click();
+    void mnuDebugSerialBytesSent_Click(bool checked);
+    void mnuDebugSerialBytesReceived_Click(bool checked);
+    void mnuDebugDUT_Click(bool checked);
+    void mnuDebugLogging_Click(bool checked);
+
+    void bindCommands();
+    void listPorts();
+    void cmdConnect_Click();
+    void cmdSendCommand_Click();
+    void comboCommand_KeyUp();
+    void mnuHelpCommands_Click();
+    void sendCommand();
+    void rememberCommand(const QString &command);
+    void takeReply(const QString &text);
+    void logReplies(bool all);
+    void showPortInCaption();
+
+    std::unique_ptr<Ui::frmIODaemon> m_ui;
+    QString m_text; // with CR LF line ends
+    QTimer m_paintTimer;
+
+    std::shared_ptr<clsSeeker> m_seeker; // made at the first "open"
+    QString m_reply;                     // received and not logged yet
+    QTimer m_replyTimer;                 // logs what no carriage return ends
+    bool m_listing = false;              // the ports are being listed
+};

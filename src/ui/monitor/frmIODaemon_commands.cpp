@@ -1,0 +1,185 @@
+// Raw commands of the IO monitor: its own port, what is sent, and what comes back.
+#include "ui/monitor/frmIODaemon.h"
+
+#include "app/AppState.h"
+#include "app/modSearchPorts.h"
+#include "core/Message.h"
+#include "core/ResumeNext.h"
+#include "core/TextNumbers.h"
+#include "discovery/clsSeeker.h"
+#include "platform/Application.h"
+#include "ui_frmIODaemon.h"
+#include "widgets/EntryEvents.h"
+
+#include <QCloseEvent>
+#include <QLineEdit>
+
+static constexpr int replyRestMs = 100; // a reply without its end is shown after so long a silence
+
+static constexpr qsizetype longestReply = 1000; // characters without an end are shown in pieces
+
+static QString monitorName()
+{
+    return QStringLiteral("IO monitor");
+}
+
+void frmIODaemon::bindCommands()
+{
+    for (QComboBox *combo : {m_ui->comboComPort, m_ui->comboCommand}) {
+        combo->setCompleter(nullptr);
+        combo->setInsertPolicy(QComboBox::NoInsert);
+    }
+    m_replyTimer.setSingleShot(true);
+    m_replyTimer.setInterval(replyRestMs);
+    connect(&m_replyTimer, &QTimer::timeout, this, [this] { logReplies(true); });
+    connect(m_ui->cmdConnect, &QPushButton::clicked, this, &frmIODaemon::cmdConnect_Click);
+    connect(m_ui->cmdSendCommand, &QPushButton::clicked, this, &frmIODaemon::cmdSendCommand_Click);
+    connect(EntryEvents::watch(m_ui->comboCommand), &EntryEvents::EnterUp, this,
+            &frmIODaemon::comboCommand_KeyUp);
+    connect(m_ui->mnuCommandSend, &QAction::triggered, this, &frmIODaemon::cmdSendCommand_Click);
+    connect(m_ui->mnuCommandOpen, &QAction::triggered, this, &frmIODaemon::cmdConnect_Click);
+    connect(m_ui->mnuCommandClear, &QAction::triggered, this, &frmIODaemon::cmdClear_Click);
+    connect(m_ui->mnuHelpCommands, &QAction::triggered, this, &frmIODaemon::mnuHelpCommands_Click);
+}
+
+// A port number that was typed stays; during a search the ports belong to the search.
+void frmIODaemon::listPorts()
+{
+    if (m_listing || app().seeker)
+        return;
+    m_listing = true;
+    const QString typed = m_ui->comboComPort->currentText();
+    PopulateComboBox(*m_ui->comboComPort);
+    if (!typed.isEmpty())
+        m_ui->comboComPort->setEditText(typed);
+    m_listing = false;
+}
+
+void frmIODaemon::cmdConnect_Click()
+{
+    reportAndEnd("frmIODaemon.cmdConnect_Click", [this] {
+        if (!m_seeker) {
+            m_seeker = std::make_shared<clsSeeker>();
+            m_seeker->Construct();
+            // Replies are shown as they arrive; nothing waits for them.
+            m_seeker->ComPort().setPortMode(clsCommPort::Event);
+            connect(&m_seeker->ComPort(), &clsCommPort::GotData, this,
+                    [this](const QString &text) { takeReply(text); });
+            connect(&m_seeker->ComPort(), &clsCommPort::HungUp, this,
+                    &frmIODaemon::showPortInCaption);
+        }
+        const std::int16_t port = toInt16(numericValue(m_ui->comboComPort->currentText()));
+        // Init logs a port that opened or that is held by another program.
+        if (!m_seeker->Init(port))
+            logEvent(monitorName(), QStringLiteral("COM%1 cannot be opened").arg(port));
+        showPortInCaption();
+    });
+}
+
+void frmIODaemon::closeComPort()
+{
+    if (m_seeker)
+        m_seeker->ClosePort();
+    showPortInCaption();
+}
+
+void frmIODaemon::closeEvent(QCloseEvent *event)
+{
+    closeComPort();
+    QMainWindow::closeEvent(event);
+}
+
+void frmIODaemon::showPortInCaption()
+{
+    const bool isOpen = m_seeker && m_seeker->ComPort().IsOpen();
+    setWindowTitle(QStringLiteral("IO monitor - ") +
+                   (isOpen ? QStringLiteral("COM%1").arg(m_seeker->ComPort().PortNumber())
+                           : applicationTitle()));
+}
+
+QString frmIODaemon::withoutEscapes(const QString &command)
+{
+    QString text;
+    for (qsizetype i = 0; i < command.size(); ++i) {
+        if (command.at(i) == QLatin1Char('\\') && i + 2 < command.size()) {
+            const double code = leadingNumber(QStringLiteral("&H") + command.mid(i + 1, 2));
+            text += QChar(static_cast<char16_t>(code));
+            i += 2;
+        } else {
+            text += command.at(i);
+        }
+    }
+    return text;
+}
+
+void frmIODaemon::cmdSendCommand_Click()
+{
+    reportAndEnd("frmIODaemon.cmdSendCommand_Click", [this] { sendCommand(); });
+}
+
+// The whole text is selected afterwards, so that the next command replaces it.
+void frmIODaemon::comboCommand_KeyUp()
+{
+    reportAndEnd("comboCommand_KeyUp", [this] { sendCommand(); });
+    m_ui->comboCommand->lineEdit()->selectAll();
+}
+
+// On a closed port nothing is sent, and nothing is said; the command is remembered all the same.
+void frmIODaemon::sendCommand()
+{
+    // Blanks go first: an escape may stand for a blank that is meant to be sent.
+    const QString command = m_ui->comboCommand->currentText().trimmed();
+    rememberCommand(command);
+    if (m_seeker && m_seeker->ComPort().IsOpen()) {
+        const QString end = m_ui->chkCR->isChecked() ? QStringLiteral("\r") : QString();
+        logEvent(monitorName(), QStringLiteral(" sending ") + command);
+        m_seeker->ComPort().SendString(withoutEscapes(command) + end);
+    }
+    m_ui->Text1->moveCursor(QTextCursor::End);
+}
+
+void frmIODaemon::rememberCommand(const QString &command)
+{
+    QComboBox &history = *m_ui->comboCommand;
+    if (history.findText(command, Qt::MatchExactly | Qt::MatchCaseSensitive) >= 0)
+        return;
+    history.addItem(command);
+    history.setEditText(command);
+}
+
+void frmIODaemon::takeReply(const QString &text)
+{
+    // What was taken over here is not kept a second time.
+    m_seeker->ComPort().ClearBuffer();
+    m_reply += text;
+    logReplies(m_reply.size() > longestReply);
+}
+
+void frmIODaemon::logReplies(bool all)
+{
+    const auto log = [](const QString &reply) {
+        logEvent(QStringLiteral("from serial device:"), QStringLiteral(" received ") + reply);
+    };
+    for (auto end = m_reply.indexOf(QLatin1Char('\r')); end >= 0;
+         end = m_reply.indexOf(QLatin1Char('\r'))) {
+        log(m_reply.left(end));
+        m_reply.remove(0, end + 1);
+    }
+    if (all && !m_reply.isEmpty()) {
+        log(m_reply);
+        m_reply.clear();
+    }
+    if (m_reply.isEmpty())
+        m_replyTimer.stop();
+    else
+        m_replyTimer.start();
+}
+
+void frmIODaemon::mnuHelpCommands_Click()
+{
+    showMessage(tr("Choose a com port and open it, type a command and press Enter.\n\n"
+                   "A backslash and two hexadecimal digits stand for one character: \\0D is a "
+                   "carriage return. \"send cr\" ends each command with one.\n\n"
+                   "What the port answers appears in the display as it arrives."),
+                MessageBox::Information);
+}

@@ -1,0 +1,63 @@
+// File and folder dialogs over QFileDialog.
+#include "widgets/FileChooser.h"
+
+#include "platform/EventQueue.h"
+
+#include <QApplication>
+#include <QFileDialog>
+#include <QStringList>
+
+static FileChooser::Answerer &answererSlot()
+{
+    static FileChooser::Answerer slot;
+    return slot;
+}
+
+void FileChooser::setAnswerer(Answerer answerer)
+{
+    answererSlot() = std::move(answerer);
+}
+
+// File names have either case where the system tells them apart.
+static QString bothCases(const QString &pattern)
+{
+    if (pattern == QLatin1String("*.*"))
+        return QStringLiteral("*");
+    return pattern.toLower() == pattern ? pattern : pattern + QLatin1Char(' ') + pattern.toLower();
+}
+
+QString FileChooser::toQtFilter(const QString &filter)
+{
+    const QStringList words = filter.split(QLatin1Char('|'));
+    QStringList entries;
+    for (qsizetype i = 0; i + 1 < words.size(); i += 2) {
+        const QString name = words.at(i).section(QLatin1Char('('), 0, 0).trimmed();
+        entries.append(name + QStringLiteral(" (") + bothCases(words.at(i + 1)) +
+                       QStringLiteral(")"));
+    }
+    return entries.join(QStringLiteral(";;"));
+}
+
+std::optional<QString> FileChooser::choose(const Request &request)
+{
+    if (EventQueue::ending())
+        return std::nullopt;
+    if (answererSlot())
+        return answererSlot()(request);
+
+    QFileDialog dialog(QApplication::activeWindow(), request.title, request.folder);
+    if (request.mode == Mode::Folder) {
+        dialog.setFileMode(QFileDialog::Directory);
+        dialog.setOption(QFileDialog::ShowDirsOnly);
+    } else {
+        dialog.setNameFilter(toQtFilter(request.filter));
+        dialog.setAcceptMode(request.mode == Mode::Save ? QFileDialog::AcceptSave
+                                                        : QFileDialog::AcceptOpen);
+        dialog.setFileMode(request.mode == Mode::Save ? QFileDialog::AnyFile
+                                                      : QFileDialog::ExistingFile);
+        dialog.setDefaultSuffix(request.defaultExtension);
+    }
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
+        return std::nullopt;
+    return dialog.selectedFiles().first();
+}
