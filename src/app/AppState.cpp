@@ -4,6 +4,8 @@
 #include "core/DebugSwitches.h"
 #include "widgets/MessageBox.h"
 
+#include <QScopedValueRollback>
+
 static std::unique_ptr<AppState> &stateSlot()
 {
     static std::unique_ptr<AppState> state;
@@ -25,8 +27,11 @@ std::shared_ptr<ChannelsView> AppState::channelsWindow()
 
 std::shared_ptr<IOMonitorView> AppState::ioMonitor()
 {
-    if (!m_ioMonitor && makers.ioMonitor)
+    // A monitor that logs while it is made asks for itself.
+    if (!m_ioMonitor && makers.ioMonitor && !m_isMakingIOMonitor) {
+        const QScopedValueRollback making(m_isMakingIOMonitor, true);
         m_ioMonitor = makers.ioMonitor();
+    }
     return m_ioMonitor;
 }
 

@@ -11,7 +11,7 @@
 #include <memory>
 
 class clsPresetButton;
-class clsSeeker;
+class PortSearch;
 
 // Makers of the windows and bindings, handed over by whoever starts the program.
 struct WindowMakers
@@ -48,18 +48,16 @@ public:
 
     std::array<std::int16_t, 3> messageBoxStyle{}; // style words of every message box
 
-    bool searchFinished = true;        // False while a search or the connect-to-port dialog runs
-    std::int16_t foundUnits = 0;       // of the last search
-    QString searchStatus;              // what the search wrote last into the main window's panel 1
-    std::shared_ptr<clsSeeker> seeker; // of the running search; null while none runs
-    std::int16_t sliderScale = 1;      // steps per unit of the step slider: 1 or 4
-    bool interrupted = false;          // the operator broke off the running search
-    std::function<void()> interruptSearch; // ends the running search's wait; empty while none runs
+    bool searchFinished = true;         // False while a search or the connect-to-port dialog runs
+    std::int16_t foundUnits = 0;        // of the last search
+    std::shared_ptr<PortSearch> search; // the running one; null while none runs
+    std::int16_t sliderScale = 1;       // steps per unit of the step slider: 1 or 4
 
 private:
     EventGuard m_guard;
     std::shared_ptr<ChannelsView> m_channelsWindow;
     std::shared_ptr<IOMonitorView> m_ioMonitor;
+    bool m_isMakingIOMonitor = false;
 };
 
 // The one state of the run.

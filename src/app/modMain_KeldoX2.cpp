@@ -34,9 +34,8 @@ void Main(WindowMakers makers)
             splash = state.makers.splash();
             splash->show();
         },
-        [] { EventQueue::yield(); }, [&] { state.interrupted = false; },
-        [&] { state.mainWindow = state.makers.mainWindow(); }, [] { InitTheLogger(); },
-        [&] { existing(state.mainWindow).load(); });
+        [] { EventQueue::yield(); }, [&] { state.mainWindow = state.makers.mainWindow(); },
+        [] { InitTheLogger(); }, [&] { existing(state.mainWindow).load(); });
     for (int number = 1; number <= decltype(state.channels)::last && !EventQueue::ending();
          ++number)
         resumeNext(
@@ -64,15 +63,17 @@ void InitTheLogger()
 {
     AppState &state = app();
     auto logger = std::make_shared<clsLogger>();
+    std::shared_ptr<IOMonitorView> monitor;
     resumeNext(
         "modMain_KeldoX.InitTheLogger", [&] { installEventLog(logger); },
         [&] {
             logger->setFileMaker(state.makers.logFile);
-            logger->setDisplayWindow(state.ioMonitor());
+            monitor = state.ioMonitor();
+            logger->setDisplayWindow(monitor);
         },
         [&] {
-            if (const auto window = state.ioMonitor())
-                window->load();
+            if (monitor)
+                monitor->load();
         },
         [&] { logger->setLogFileName(QStringLiteral("Keldo-X.log")); });
 }

@@ -1,4 +1,5 @@
-// The port search. What a search does with the units it finds is in modSearchPorts_units.cpp.
+// What a search does to the windows. What it does with the units it finds is in
+// modSearchPorts_units.cpp.
 #include "app/modSearchPorts.h"
 
 #include "app/AppState.h"
@@ -6,8 +7,6 @@
 #include "core/Message.h"
 #include "core/ResumeNext.h"
 #include "core/TextNumbers.h"
-#include "device/clsKeldoX.h"
-#include "discovery/clsSeeker.h"
 #include "platform/EventQueue.h"
 #include "platform/PortDirectory.h"
 
@@ -15,45 +14,49 @@ namespace {
 
 const char searchSource[] = "SearchPorts";
 
-constexpr std::int16_t lastAddress = 8;
 constexpr int progressMaximum = 516; // a little above 2 x 255 + 1
 constexpr int seekerPanel = 4;       // of the channels window
 constexpr int searchPanel = 1;       // of the main window
 
-QString searchingText()
+void showSearching()
 {
-    return QStringLiteral("SEARCHING PORTS, THIS MAY TAKE SOME TIME....");
+    app().mainWindow->setStatusPanel(
+        searchPanel, QStringLiteral("SEARCHING PORTS, THIS MAY TAKE SOME TIME...."));
 }
 
-// Escape, or the end of the program.
-bool isBrokenOff()
-{
-    return app().interrupted || EventQueue::ending();
-}
-
-void setSearchPanel(const QString &text)
-{
-    app().searchStatus = text;
-    app().mainWindow->setStatusPanel(searchPanel, text);
-}
-
-void createSeeker()
+void showLookingAt(std::int16_t port)
 {
     AppState &state = app();
-    state.seeker = std::make_shared<clsSeeker>();
-    state.seeker->Construct();
-    state.channelsWindow()->clearEscape();
+    resumeNext(
+        searchSource,
+        [&] {
+            showSearching();
+            state.channelsWindow()->setStatusPanel(seekerPanel, QString());
+        },
+        [&] { state.channelsWindow()->setProgress(2 * port + 1); });
 }
 
-// Ends the wait for whoever is asked just now: by the seeker, or by a unit that is being connected.
-void breakOff()
+void showLookedAt()
 {
-    AppState &state = app();
-    state.interrupted = true;
-    if (const auto seeker = state.seeker)
-        seeker->ClosePort();
+    resumeNext(searchSource, [] {
+        app().channelsWindow()->setStatusPanel(seekerPanel, QStringLiteral("     "));
+    });
+}
+
+void showLoopback(std::int16_t port)
+{
+    resumeNext(searchSource, [port] {
+        app().mainWindow->setStatusPanel(
+            searchPanel, QStringLiteral("FOUND A LOOPBACK ADAPTOR ON COM%1").arg(port));
+    });
+}
+
+// Ends the wait of a unit that is being connected just now.
+void closeUnitPorts()
+{
+    const auto &devices = app().devices;
     for (int slot = 1; slot <= 8; ++slot)
-        if (const auto unit = state.devices[slot])
+        if (const auto unit = devices[slot])
             unit->commPort()->ClosePort();
 }
 
@@ -83,12 +86,16 @@ void connectFirstChannel()
         [&] { state.mainWindow->device()->setDisplayErrors(true); });
 }
 
-void reportNothingFound()
+void reportNothingFound(const PortSearch &search)
 {
     AppState &state = app();
     resumeNext(
         searchSource, [&] { state.mainWindow->showCommunicationFailure(); },
-        [] { endSearchStatus(); },
+        [&] {
+            // A loopback adaptor's line stays; "searching" would no longer be true.
+            if (!search.endedAtLoopback())
+                state.mainWindow->setStatusPanel(searchPanel, QStringLiteral("NOT CONNECTED"));
+        },
         [] {
             showMessage(QStringLiteral("Check data and power connections to KELDO-X filter then "
                                        "select the 'connect' from the menu."),
@@ -107,28 +114,48 @@ QString resultText(int units)
 
 } // namespace
 
+std::shared_ptr<PortSearch> makeSearch()
+{
+    auto search = std::make_shared<PortSearch>();
+    PortSearch *const said = search.get();
+    QObject::connect(said, &PortSearch::LookingAt, said, [](qint16 port) { showLookingAt(port); });
+    QObject::connect(said, &PortSearch::LookedAt, said, [] { showLookedAt(); });
+    QObject::connect(said, &PortSearch::LoopbackFound, said,
+                     [](qint16 port) { showLoopback(port); });
+    QObject::connect(said, &PortSearch::UnitFound, said, [](qint16 port, qint16 address) {
+        FoundAnKeldoX(port, ++app().foundUnits, address);
+    });
+    QObject::connect(said, &PortSearch::Cancelled, said, [] { closeUnitPorts(); });
+    return search;
+}
+
 void SearchPorts(std::int16_t mode, const QString &port)
 {
     AppState &state = app();
-    if (state.interruptSearch) // a search runs already; it has the ports
+    if (state.search)
         return;
-    state.interrupted = false;
-    state.interruptSearch = breakOff;
+    const auto search = makeSearch();
+    state.search = search;
     PortDirectory::instance().refresh();
     resumeNext(
-        searchSource, [] { InitializeStuff(); }, [&] { state.channelsWindow()->show(); },
-        [] { createSeeker(); }, [&] { searchByMode(mode, port); }, [&] { state.seeker.reset(); },
+        searchSource, [] { InitializeStuff(); },
+        [&] {
+            state.channelsWindow()->show();
+            state.channelsWindow()->clearEscape();
+        },
+        [&] { searchByMode(mode, port); }, [&] { search->releaseSeeker(); },
         [&] {
             state.channelsWindow()->setStatusPanel(seekerPanel, resultText(state.foundUnits));
             state.channelsWindow()->setProgress(state.channelsWindow()->progressMaximum() - 1);
         });
     if (!EventQueue::ending()) {
-        if (state.foundUnits != 0)
+        // The outcome: units were found, or there is nothing to connect.
+        if (search->outcome() == PortSearch::Outcome::Found)
             connectFirstChannel();
         else
-            reportNothingFound();
+            reportNothingFound(*search);
     }
-    state.interruptSearch = {};
+    state.search.reset();
     if (EventQueue::ending())
         return;
     resumeNext(
@@ -147,7 +174,7 @@ void InitializeStuff()
     state.searchFinished = false;
     resumeNext(
         "SearchPorts.InitializeStuff", [&] { state.channelsWindow()->prepareForSearch(); },
-        [] { setSearchPanel(searchingText()); },
+        [] { showSearching(); },
         [&] {
             for (int channel = 1; channel <= 8; ++channel)
                 state.channels[channel]->InitChannel();
@@ -172,93 +199,27 @@ void InitializeStuff()
         });
 }
 
-void endSearchStatus()
-{
-    if (app().foundUnits == 0 && app().searchStatus == searchingText())
-        setSearchPanel(QStringLiteral("NOT CONNECTED"));
-}
-
-// Every port is probed, also after units were found: a site may have several.
 void SearchAllComPorts()
 {
-    for (std::int16_t port = 1; port <= PortDirectory::lastNumber && !isBrokenOff(); ++port)
-        SearchComPorts(port, 0);
+    app().search->searchAllPorts();
 }
 
 void SearchAddressesOnPort(std::int16_t port)
 {
-    for (std::int16_t address = 1; address <= lastAddress && !isBrokenOff(); ++address)
-        SearchComPorts(port, address);
+    app().search->searchAddressesOn(port);
 }
 
 void SearchOnePort(std::int16_t port)
 {
-    SearchComPorts(port, 0);
-}
-
-static void actOnProbe(std::int16_t port, std::int16_t address)
-{
-    AppState &state = app();
-    switch (IdentifyDeviceOnPort(address)) {
-    case ProbeResult::UnitFound:
-        ++state.foundUnits;
-        state.seeker->ClosePort();
-        FoundAnKeldoX(port, state.foundUnits, address);
-        break;
-    case ProbeResult::Loopback:
-        setSearchPanel(QStringLiteral("FOUND A LOOPBACK ADAPTOR ON COM%1").arg(port));
-        logEvent(QStringLiteral("SearchComPorts"),
-                 QStringLiteral("FOUND A LOOPBACK ADAPTOR (SOMETHING THAT ECHOS WHAT IT'S SENT) "
-                                "ON COM%1")
-                     .arg(port));
-        break;
-    default:
-        logEvent(
-            QStringLiteral("SearchComPorts"),
-            QStringLiteral(" COM%1 CAN BE OPENED, BUT DOES NOT RESPOND LIKE AN KELDO-X").arg(port));
-        break;
-    }
+    app().search->probe(port, 0);
 }
 
 void SearchComPorts(std::int16_t port, std::int16_t address)
 {
-    AppState &state = app();
-    const auto seeker = state.seeker;
-    const QString fiveBlanks = QStringLiteral("     ");
-    bool isOpen = false;
-    resumeNext(
-        searchSource,
-        [&] {
-            setSearchPanel(searchingText());
-            state.channelsWindow()->setStatusPanel(seekerPanel, QString());
-        },
-        [&] { state.channelsWindow()->setProgress(2 * port + 1); },
-        [&] { isOpen = seeker->Init(port); },
-        [&] {
-            if (isOpen)
-                actOnProbe(port, address);
-        },
-        [&] { seeker->ClosePort(); },
-        [&] { state.channelsWindow()->setStatusPanel(seekerPanel, fiveBlanks); });
+    app().search->probe(port, address);
 }
 
 ProbeResult IdentifyDeviceOnPort(std::int16_t address)
 {
-    const auto seeker = app().seeker;
-    if (!seeker->Listen(address))
-        return ProbeResult::Silent;
-    // The order is part of the design, although the seeker strips the CR LF that two of the tests
-    // look for.
-    const QString reply = seeker->GetID().toUpper();
-    if (reply == QLatin1String("KELDO-X") || reply == QLatin1String("TOVIN-R"))
-        return ProbeResult::UnitFound;
-    if (reply == QLatin1String("*ID?"))
-        return ProbeResult::Loopback;
-    if (reply == QLatin1String("1"))
-        return ProbeResult::AnswersOne;
-    if (reply == QLatin1String("\r\n"))
-        return seeker->ItsAnAORRadio() ? ProbeResult::AORRadio : ProbeResult::UnitFound;
-    if (reply == QLatin1String("?>"))
-        return ProbeResult::Prompt;
-    return reply.isEmpty() ? ProbeResult::Silent : ProbeResult::Other;
+    return app().search->identify(address);
 }

@@ -1,43 +1,33 @@
-// The port search: probes serial ports, tells units from everything else that answers, and binds
-// each unit found to the next channel.
+// The port search as the operator sees it: what the windows show while ports are looked at, how
+// each unit found is bound to the next channel, and the port list.
 #pragma once
+
+#include "discovery/PortSearch.h"
 
 #include <QString>
 
 #include <cstdint>
+#include <memory>
 
 class QComboBox;
-
-// What IdentifyDeviceOnPort finds.
-enum class ProbeResult {
-    UnitFound = 0,
-    Loopback = 1,   // echoes the query
-    AnswersOne = 2, // "1"
-    AORRadio = 3,
-    Prompt = 4, // "?>"
-    Silent = 5,
-    Other = 6,
-};
 
 // Mode 0 or 1: every port 1 to 255; 2: addresses 1 to 8 on the named port; 3: the named port alone.
 // The port is a number as text, a blank in front included; other text is reported as error 13
 // and nothing is probed. Ends with channel 1 connected, or with a message that nothing was found.
+// Does nothing while a search runs: that one has the ports.
 void SearchPorts(std::int16_t mode, const QString &port = {});
+
+// A search whose progress and finds the windows follow. The running one is app().search.
+std::shared_ptr<PortSearch> makeSearch();
 
 // Closes all ports, empties the tables and prepares both windows.
 void InitializeStuff();
 
-// Where no unit was found and the main window still says that ports are searched, it says
-// "NOT CONNECTED". A loopback adaptor's line stays, and so does what connecting a unit has said.
-void endSearchStatus();
-
+// These ask the running search.
 void SearchAllComPorts();
 void SearchAddressesOnPort(std::int16_t port);
 void SearchOnePort(std::int16_t port);
-// Probes one port at one address.
 void SearchComPorts(std::int16_t port, std::int16_t address);
-
-// On the port that the shared seeker has open.
 ProbeResult IdentifyDeviceOnPort(std::int16_t address);
 
 // Binds a unit to slot n and connects it once. Slots end at 8: a ninth unit is reported as

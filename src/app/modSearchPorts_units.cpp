@@ -6,9 +6,7 @@
 #include "app/Units.h"
 #include "core/ResumeNext.h"
 #include "core/TextNumbers.h"
-#include "device/clsKeldoX.h"
-#include "discovery/clsSeeker.h"
-#include "platform/EventQueue.h"
+#include "discovery/PortList.h"
 #include "platform/PortDirectory.h"
 #include "platform/RunTimeError.h"
 
@@ -17,7 +15,6 @@
 static void announceUnit(std::int16_t port)
 {
     const QString text = QStringLiteral("FOUND AN KELDO-X ON COM%1").arg(port);
-    app().searchStatus = text;
     app().mainWindow->setStatusPanel(1, text);
     logEvent(QStringLiteral("SearchComPorts"), text);
 }
@@ -77,23 +74,6 @@ void closeAllComPorts()
         });
 }
 
-static void listOpenablePorts(QComboBox &combo)
-{
-    clsSeeker seeker;
-    seeker.Construct();
-    PortDirectory &directory = PortDirectory::instance();
-    directory.refresh();
-    for (std::int16_t port = 1; port <= PortDirectory::lastNumber && !EventQueue::ending();
-         ++port) {
-        if (seeker.Init(port)) {
-            combo.addItem(numberToTextWithBlank(port));
-            combo.setItemData(combo.count() - 1, directory.describe(port), Qt::ToolTipRole);
-            EventQueue::yield();
-        }
-        seeker.ClosePort();
-    }
-}
-
 void PopulateComboBox(QComboBox &combo)
 {
     PopulateComboBoxFor("modSearchPorts.PopulateComboBox", combo);
@@ -104,7 +84,11 @@ void PopulateComboBoxFor(const char *source, QComboBox &combo)
     reportAndEnd(source, [&] {
         combo.setEnabled(false);
         combo.clear();
-        listOpenablePorts(combo);
+        listOpenablePorts([&](std::int16_t port) {
+            combo.addItem(numberToTextWithBlank(port));
+            combo.setItemData(combo.count() - 1, PortDirectory::instance().describe(port),
+                              Qt::ToolTipRole);
+        });
         // The highest-numbered port that can be opened is left out of the list on purpose; it can
         // still be typed. With no entry at all the removal fails and the list stays disabled.
         if (combo.count() == 0)

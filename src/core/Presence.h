@@ -1,5 +1,5 @@
-// Is what I was working for still there? A wait lets anything happen, so whoever waited asks: is the
-// same unit still shown, is the port still the one that was opened, does the window still live?
+// Is what I was working for still there? A wait lets anything happen, so whoever waited asks: is
+// the same unit still shown, is the port still the one that was opened, does the window still live?
 //
 //     const Still still = m_shownUnit.still();
 //     waitForSomething();

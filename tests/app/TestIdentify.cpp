@@ -24,8 +24,8 @@ private slots:
 // A shared seeker with COM3 open, as in the middle of a search.
 static void openSeeker()
 {
-    app().seeker = std::make_shared<clsSeeker>();
-    QVERIFY(app().seeker->Init(3));
+    app().search = makeSearch();
+    QVERIFY(app().search->seeker()->Init(3));
 }
 
 void TestIdentify::theAnswerDecides_data()
@@ -83,7 +83,7 @@ void TestIdentify::silenceIsSilent()
     SearchBench bench;
     bench.silence(3);
     openSeeker();
-    app().seeker->ComPort().settimeOutMs(50);
+    app().search->seeker()->ComPort().settimeOutMs(50);
     QCOMPARE(IdentifyDeviceOnPort(0), ProbeResult::Silent);
 }
 
@@ -93,7 +93,7 @@ void TestIdentify::aTimedOutIdentityCountsAllTheSame()
     bench.answerAlways(3, "KELDO-X");
     bench.line(3).setTerminator(""); // the end of the line is lost
     openSeeker();
-    app().seeker->ComPort().settimeOutMs(400);
+    app().search->seeker()->ComPort().settimeOutMs(400);
     QCOMPARE(IdentifyDeviceOnPort(0), ProbeResult::UnitFound);
     QCOMPARE(bench.log->lines().last(), QStringLiteral("serial device | timed out "));
 }
@@ -109,7 +109,7 @@ void TestIdentify::aPortThatIsNotOpenIsSilent()
 {
     QFETCH(int, address);
     SearchBench bench;
-    app().seeker = std::make_shared<clsSeeker>();
+    app().search = makeSearch();
     QCOMPARE(IdentifyDeviceOnPort(static_cast<std::int16_t>(address)), ProbeResult::Silent);
     QCOMPARE(bench.log->lines(), QStringList());
 }
@@ -129,7 +129,7 @@ void TestIdentify::aUnitOfAnotherAddressIsSilent()
     SearchBench bench;
     const auto unit = bench.unit(3, addressedUnit(4));
     openSeeker();
-    app().seeker->ComPort().settimeOutMs(250);
+    app().search->seeker()->ComPort().settimeOutMs(250);
     QCOMPARE(IdentifyDeviceOnPort(4), ProbeResult::UnitFound);
     QCOMPARE(IdentifyDeviceOnPort(5), ProbeResult::Silent);
     QVERIFY(!unit->listening());

@@ -149,7 +149,7 @@ void TestPortList::nothingIsSentToThePorts()
     PopulateComboBox(combo);
     QCOMPARE(bench.line(1).bytesReceived(), std::size_t(0));
     QCOMPARE(bench.line(2).bytesReceived(), std::size_t(0));
-    QVERIFY(!app().seeker); // the list has a seeker of its own
+    QVERIFY(!app().search); // the list has a seeker of its own
 }
 
 void TestPortList::fillingAgainListsEachPortOnce()

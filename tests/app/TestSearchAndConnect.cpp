@@ -170,7 +170,7 @@ void TestSearchAndConnect::aUnitThatFallsSilentDoesNotHoldTheSearchAfterEscape()
     bench.line(7).setListener([this](bool fromUnit, const std::string &line) {
         if (!fromUnit && line == "*MAX STEP?")
             QMetaObject::invokeMethod(
-                this, [] { app().interruptSearch(); }, Qt::QueuedConnection);
+                this, [] { app().search->cancel(); }, Qt::QueuedConnection);
     });
     bench.fixture.boxes.acceptAll();
     QElapsedTimer clock;

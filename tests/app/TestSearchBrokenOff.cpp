@@ -34,8 +34,8 @@ void TestSearchBrokenOff::escapeEndsAWaitAtOnceAndTheSearchAfterThatPort()
     bench.unit(3);
     bench.fixture.boxes.expect(checkConnections);
     QTimer::singleShot(100, this, [] {
-        QVERIFY(app().interruptSearch);
-        app().interruptSearch();
+        QVERIFY(app().search);
+        app().search->cancel();
     });
     QElapsedTimer clock;
     clock.start();
@@ -44,7 +44,7 @@ void TestSearchBrokenOff::escapeEndsAWaitAtOnceAndTheSearchAfterThatPort()
     QCOMPARE(bench.channels->progressValues, (QList<int>{3, 5, 515, 0}));
     QCOMPARE(bench.sentTo(3), QStringList());
     QVERIFY(app().searchFinished);
-    QVERIFY(!app().interruptSearch);
+    QVERIFY(!app().search);
 }
 
 void TestSearchBrokenOff::escapeKeepsTheUnitsFoundSoFar()
@@ -55,7 +55,7 @@ void TestSearchBrokenOff::escapeKeepsTheUnitsFoundSoFar()
     bench.unit(3);
     bench.channels->onProgress = [this](int value) {
         if (value == 5) // COM2
-            QTimer::singleShot(50, this, [] { app().interruptSearch(); });
+            QTimer::singleShot(50, this, [] { app().search->cancel(); });
     };
     SearchPorts(1);
     QCOMPARE(app().foundUnits, std::int16_t(1));
@@ -81,14 +81,14 @@ void TestSearchBrokenOff::escapeEndsTheWaitOfAUnitThatIsBeingConnected()
     bench.line(1).setListener([&](bool fromUnit, const std::string &) {
         if (!fromUnit && ++asked > 1) // the first time it is the probe
             QMetaObject::invokeMethod(
-                this, [] { app().interruptSearch(); }, Qt::QueuedConnection);
+                this, [] { app().search->cancel(); }, Qt::QueuedConnection);
     });
     QElapsedTimer clock;
     clock.start();
     SearchPorts(3, QStringLiteral("1"));
     QVERIFY2(clock.elapsed() < 2000, qPrintable(QString::number(clock.elapsed())));
     QVERIFY(app().searchFinished);
-    QVERIFY(!app().interruptSearch);
+    QVERIFY(!app().search);
 }
 
 void TestSearchBrokenOff::aNewSearchStartsAfterAnInterruptedOne()
@@ -97,7 +97,7 @@ void TestSearchBrokenOff::aNewSearchStartsAfterAnInterruptedOne()
     bench.silence(2);
     bench.unit(3);
     bench.fixture.boxes.expect(checkConnections);
-    QTimer::singleShot(50, this, [] { app().interruptSearch(); });
+    QTimer::singleShot(50, this, [] { app().search->cancel(); });
     SearchPorts(1);
     bench.waitOnly(250);
     SearchPorts(1);

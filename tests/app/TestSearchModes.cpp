@@ -50,7 +50,7 @@ void TestSearchModes::progressFollowsThePort()
     QFETCH(int, port);
     QFETCH(int, value);
     SearchBench bench;
-    app().seeker = std::make_shared<clsSeeker>();
+    app().search = makeSearch();
     SearchComPorts(static_cast<std::int16_t>(port), 0);
     QCOMPARE(bench.channels->progressValues, QList<int>{value});
 }

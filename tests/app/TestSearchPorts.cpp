@@ -153,12 +153,12 @@ void TestSearchPorts::theSeekerIsGoneAndItsPortClosedAtTheEnd()
     bench.answerAlways(5, "x");
     bool wasThere = false;
     bench.channels->onProgress = [&](int value) {
-        wasThere = wasThere || (value == 11 && app().seeker);
+        wasThere = wasThere || (value == 11 && app().search);
     };
     bench.fixture.boxes.expect(checkConnections);
     SearchPorts(3, QStringLiteral("5"));
     QVERIFY(wasThere);
-    QVERIFY(!app().seeker);
+    QVERIFY(!app().search);
     clsCommPort other;
     other.setPortNumber(5);
     QVERIFY(other.InitializePort());
@@ -194,7 +194,7 @@ void TestSearchPorts::twoUnitsFillTheirSlotsInPortOrder()
 void TestSearchPorts::panelFourShowsAPortThatIsOpen()
 {
     SearchBench bench;
-    app().seeker = std::make_shared<clsSeeker>();
+    app().search = makeSearch();
     SearchComPorts(5, 0); // no such port
     QCOMPARE(*bench.calls, (QStringList{QStringLiteral("main.panel1 ") + searching,
                                         QStringLiteral("channels.panel4 <>"),
@@ -202,7 +202,7 @@ void TestSearchPorts::panelFourShowsAPortThatIsOpen()
     bench.calls->clear();
     bench.answerAlways(5, "1");
     SearchComPorts(5, 0);
-    QVERIFY(!app().seeker->ComPort().IsOpen()); // others may have the port again
+    QVERIFY(!app().search->seeker()->ComPort().IsOpen()); // others may have the port again
     QCOMPARE(*bench.calls, (QStringList{QStringLiteral("main.panel1 ") + searching,
                                         QStringLiteral("channels.panel4 <>"),
                                         QStringLiteral("channels.panel4 <     >")}));

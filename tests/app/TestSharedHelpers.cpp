@@ -4,6 +4,7 @@
 
 #include "FakeStartUp.h"
 #include "app/modMain_KeldoX2.h"
+#include "core/pauseit.h"
 #include "platform/EventQueue.h"
 #include "platform/TimerControl.h"
 

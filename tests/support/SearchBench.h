@@ -4,7 +4,7 @@
 
 #include "app/AppState.h"
 #include "app/SlotTable.h"
-#include "discovery/clsSeeker.h"
+#include "app/modSearchPorts.h"
 #include "sim/SimulatedLine.h"
 #include "support/FakeChannelRow.h"
 #include "support/Fixture.h"
@@ -112,8 +112,8 @@ public:
     void waitOnly(int ms)
     {
         channels->onProgress = [ms](int) {
-            if (const auto seeker = app().seeker)
-                seeker->ComPort().settimeOutMs(ms);
+            if (const auto search = app().search; search && search->seeker())
+                search->seeker()->ComPort().settimeOutMs(ms);
         };
     }
 

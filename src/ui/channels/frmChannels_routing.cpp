@@ -5,6 +5,7 @@
 #include "core/ResumeNext.h"
 #include "core/TextNumbers.h"
 #include "device/clsKeldoX.h"
+#include "discovery/PortSearch.h"
 #include "platform/RunTimeError.h"
 #include "ui/channels/clsChannel.h"
 
@@ -154,6 +155,6 @@ void frmChannels::Form_KeyPress(int character)
     if (character != escapeCharacter)
         return;
     m_escape = true;
-    if (const auto interrupt = app().interruptSearch)
-        interrupt();
+    if (const auto search = app().search)
+        search->cancel();
 }

@@ -45,6 +45,7 @@ void frmConnectToComport::showModal()
 
 void frmConnectToComport::Form_Load()
 {
+    m_searched = false;
     resumeNext(
         "frmConnectToKnownComport.Form_Load",
         [this] {
@@ -82,6 +83,7 @@ void frmConnectToComport::Connect()
             state.searchFinished = false;
             state.mainWindow->stopPolling();
             const QString port = m_ui->comboComPort->currentText();
+            m_searched = true;
             SearchPorts(m_ui->chkTovinR->isChecked() ? 2 : 3, port);
         },
         "Connect");
@@ -113,8 +115,8 @@ void frmConnectToComport::CancelButton_Click()
 void frmConnectToComport::reject()
 {
     if (m_connecting && !EventQueue::ending()) {
-        if (const auto interrupt = app().interruptSearch)
-            interrupt();
+        if (const auto search = app().search)
+            search->cancel();
         return;
     }
     QDialog::reject();
@@ -136,5 +138,10 @@ void frmConnectToComport::finish()
     state.searchFinished = true;
     resumeNext(
         "frmConnectToKnownComport", [&] { state.channelsWindow()->setProgressVisible(false); },
-        [] { endSearchStatus(); }, [&] { state.mainWindow->bringUpToDate(); });
+        [&] {
+            // Connecting, or finding nothing, has said how that went.
+            if (!m_searched)
+                state.mainWindow->setStatusPanel(1, QStringLiteral("NOT CONNECTED"));
+        },
+        [&] { state.mainWindow->bringUpToDate(); });
 }

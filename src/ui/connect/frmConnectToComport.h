@@ -39,4 +39,5 @@ private:
 
     std::unique_ptr<Ui::frmConnectToComport> m_ui;
     bool m_connecting = false;
+    bool m_searched = false; // since the dialog was shown
 };

@@ -45,7 +45,7 @@ void frmIODaemon::bindCommands()
 // A port number that was typed stays; during a search the ports belong to the search.
 void frmIODaemon::listPorts()
 {
-    if (m_listing || app().seeker)
+    if (m_listing || app().search)
         return;
     m_listing = true;
     const QString typed = m_ui->comboComPort->currentText();

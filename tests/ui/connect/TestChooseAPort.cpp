@@ -72,7 +72,7 @@ void TestChooseAPort::itHasASeekerOfItsOwn()
     clsChooseAPort chooser;
     QComboBox combo;
     chooser.PopulateComboBox(combo);
-    QVERIFY(!app().seeker);
+    QVERIFY(!app().search);
     QCOMPARE(bench.line(1).bytesReceived(), std::size_t{0});
 }
 

@@ -1,5 +1,5 @@
 // The connect-to-port dialog: what it shows, lists and resets, and what Cancel leaves.
-#include "discovery/ConnectDialogBench.h"
+#include "ConnectDialogBench.h"
 #include "support/TestMain.h"
 
 class TestConnectDialog : public QObject

@@ -158,7 +158,7 @@ public:
     sim::SimulatedLine line;
     std::shared_ptr<sim::SimulatedUnit> simulated;
     std::shared_ptr<Script> script = std::make_shared<Script>();
-    std::shared_ptr<clsKeldoX> unit = std::make_shared<clsKeldoX>();
+    std::shared_ptr<clsKeldoX> unit = makeUnit();
 };
 
 // The middle of a scroll bar's thumb, and of the groove to the right of it.

@@ -148,11 +148,11 @@ void TestIODaemonCommands::duringASearchThePortsAreNotListed()
     Monitor monitor;
     monitor.window.hide();
     monitor.ports()->clear();
-    app().seeker = std::make_shared<clsSeeker>();
+    app().search = makeSearch();
     monitor.window.show();
     QCoreApplication::processEvents();
     QCOMPARE(monitor.ports()->count(), 0);
-    app().seeker.reset();
+    app().search.reset();
 }
 
 void TestIODaemonCommands::openingSendsNothing()
