@@ -20,9 +20,6 @@ namespace {
 // A unit's command is a few dozen bytes: a queue of this size means that nobody takes them.
 constexpr qint64 outputQueueLimit = 4096;
 
-// Reads that empty a port; one that still brings bytes then is fed without end.
-constexpr int discardRounds = 16;
-
 // Whether the device behind an open port went away. A peer that takes nothing raises the same
 // error of Qt, but the port is well.
 bool isGone([[maybe_unused]] const QSerialPort &port)
@@ -114,14 +111,25 @@ int CommControl::inBufferCount() const
 
 void CommControl::discardInput()
 {
-    // Late bytes go the way of all bytes, not past it: they are shown, and a carriage return among
-    // them still takes the line feed that follows it.
-    int rounds = 0;
-    while (rounds < discardRounds && portOpen() && m_port.waitForReadyRead(0))
-        ++rounds; // readyRead took them
-    if (rounds == discardRounds && portOpen())
-        m_port.clear(QSerialPort::Input);
+    if (!portOpen()) {
+        m_received.clear();
+        return;
+    }
+    // Never one of QSerialPort's waits, with a time of 0 neither: on Windows they wait for another
+    // thread and stop the window.
+    takeReceived();
+    if (!portOpen())
+        return;
+    m_port.clear(QSerialPort::Input);
     m_received.clear();
+    // The line feed of a carriage return that was thrown away may still come.
+    m_afterCarriageReturn = true;
+}
+
+void CommControl::discardOutput()
+{
+    if (portOpen())
+        m_port.clear(QSerialPort::Output);
 }
 
 void CommControl::setPortOpen(bool open)

@@ -43,6 +43,8 @@ public:
     int inBufferCount() const;
     // Throws away whatever waits, also what the system still holds.
     void discardInput();
+    // Throws away what has not left the port yet.
+    void discardOutput();
 
     // Raises 8005 when the port is open or held by another program, 8002 when the number has no
     // device, 8012 when access is not permitted, 8015 when the line cannot be set up.

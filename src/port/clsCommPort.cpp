@@ -85,7 +85,7 @@ void clsCommPort::openControl()
     if (m_control->portOpen())
         m_control->setPortOpen(false);
     m_control->setPortOpen(true);
-    ++m_generation;
+    renewOpening();
     ClearBuffer();
     m_status = Open;
 }
@@ -124,14 +124,14 @@ void clsCommPort::OpenPort()
     if (m_control->portOpen())
         return;
     m_control->setPortOpen(true);
-    ++m_generation;
+    renewOpening();
     m_status = Open;
 }
 
 void clsCommPort::ClosePort()
 {
     m_control->setPortOpen(false);
-    ++m_generation;
+    renewOpening();
     m_status = Closed;
     ClearBuffer();
 }
@@ -204,15 +204,24 @@ void clsCommPort::storeReceived(const QString &unit)
     m_buffer.append(first);
 }
 
+// What was awaited on the port as it was opened before will not come.
+void clsCommPort::renewOpening()
+{
+    m_opening.renew();
+    m_unsettled = false;
+}
+
 void clsCommPort::DoHangUp()
 {
     m_status = Error;
-    ++m_generation;
+    // An exchange in progress tells of it by the reply that it misses; only an idle port has to
+    // report.
+    const bool isIdle = !isBusy();
+    renewOpening();
     logEvent(QStringLiteral("clsCommPort"),
              QStringLiteral("COM%1 (%2) is gone").arg(m_portNumber).arg(m_control->deviceName()));
-    // An exchange in progress tells of it by the reply that it misses; only an idle port has to
-    // report. Queued: no box may open inside the serial port's own error handling.
-    if (m_exchanges == 0 && m_displayErrors)
+    // Queued: no box may open inside the serial port's own error handling.
+    if (isIdle && m_displayErrors)
         QMetaObject::invokeMethod(this, &clsCommPort::reportHangUp, Qt::QueuedConnection);
     emit HungUp();
 }

@@ -2,6 +2,7 @@
 // comes back in a text buffer, and waits for the carriage return that ends a reply.
 #pragma once
 
+#include "core/Presence.h"
 #include "port/frmMScomm.h"
 
 #include <QObject>
@@ -10,6 +11,7 @@
 #include <array>
 #include <cstdint>
 #include <memory>
+#include <optional>
 
 class clsCommPort : public QObject
 {
@@ -57,10 +59,15 @@ public:
     void SendString(const QString &text);
 
     // Send the command and wait for one or two carriage returns; the reply stays in Buffer. False
-    // on a time-out, a port that closes or hangs up, or the end of the program. An empty command
-    // sends nothing and is True.
+    // on a time-out, a port that closes or hangs up, a reply beyond longestReply, or the end of the
+    // program. An empty command sends nothing and is True. While another exchange waits on this
+    // port nothing is sent and the result is False; the log says so.
     bool WriteAndWaitForCr(const QString &command);
     bool WriteAndWaitFor2Crs(const QString &command); // waits 65535 ms at most
+
+    // An exchange waits for its reply; the next one must not be begun in the middle of it.
+    bool isBusy() const;
+    static constexpr qsizetype longestReply = 65536; // characters
 
     struct WaitResult
     {
@@ -92,10 +99,15 @@ signals:
 
 private:
     void openControl();
+    void renewOpening();
     void sortOpenError();
-    bool send(const QString &command);
-    WaitResult waitForReply(int mode, int generation);
-    bool waitMustStop(int generation) const;
+    bool send(const QString &command, const Still &opening);
+    void settle(const Still &opening);
+    WaitResult waitForReply(int mode, const Still &opening);
+    bool waitMustStop(const Still &opening) const;
+    bool hasReply(int mode) const;
+    bool takeLast(int mode, const Still &opening);
+    bool refuseWhileBusy(const QString &command) const;
     void takeInput();
     void storeReceived(const QString &unit);
     void reportHangUp();
@@ -118,7 +130,7 @@ private:
     std::int32_t m_pollTimeOutCount = 200;
     std::int16_t m_pollDelay = 0;
     std::int32_t m_timeOutMs = 10000;
-    int m_exchanges = 0;  // exchanges in progress, one inside the other
-    int m_waits = 0;      // counts waits, so that one notices another inside it
-    int m_generation = 0; // counts openings and closings, so that a wait notices both
+    Presence m_opening;              // renewed when the port is opened, closed or hangs up
+    std::optional<Still> m_exchange; // the opening that an exchange is in progress on
+    bool m_unsettled = false;        // a reply was missed: it may still come
 };

@@ -1,36 +1,41 @@
-// The waits of the serial port object. A wait never spins and never blocks the window: its rounds
-// are driven by events. While it waits anything may happen: a click, a timer, the port closed or
-// hung up, the program ended.
+// The exchanges of the serial port object and their waits. A wait never spins and never blocks the
+// window: its rounds are driven by events. While it waits anything may happen: a click, a timer,
+// the port closed or hung up, the program ended. One exchange is on the line at a time.
 #include "port/clsCommPort.h"
 
+#include "core/EventLog.h"
 #include "core/pauseit.h"
 #include "platform/EventQueue.h"
+
+#include <QElapsedTimer>
+#include <QScopedValueRollback>
 
 // What the two-reply wait allows itself, deliberately long, whatever the port's own time-out.
 static constexpr std::int32_t twoReplyTimeOutMs = 65535;
 
-namespace {
+// After a time-out the answer may still come: so long the line has to be quiet before the next
+// command.
+static constexpr int quietMs = 250;
 
-// Sets a member for the length of a scope and puts the old value back, whatever happens.
-template <class Value> class WhileSet
+bool clsCommPort::isBusy() const
 {
-public:
-    WhileSet(Value &member, Value value) : m_member(member), m_old(member) { member = value; }
-    ~WhileSet() { m_member = m_old; }
-    WhileSet(const WhileSet &) = delete;
-    WhileSet &operator=(const WhileSet &) = delete;
+    return m_exchange && *m_exchange;
+}
 
-private:
-    Value &m_member;
-    Value m_old;
-};
-
-} // namespace
-
-bool clsCommPort::waitMustStop(int generation) const
+bool clsCommPort::refuseWhileBusy(const QString &command) const
 {
-    return m_host->tmrCommTimer2->tag() != QLatin1String("FALSE") || generation != m_generation ||
-           !IsOpen() || EventQueue::ending();
+    if (!isBusy())
+        return false;
+    logEvent(QStringLiteral("clsCommPort"),
+             QStringLiteral("COM%1 waits for a reply: not sent: ").arg(m_portNumber) +
+                 command.trimmed());
+    return true;
+}
+
+bool clsCommPort::waitMustStop(const Still &opening) const
+{
+    return m_host->tmrCommTimer2->tag() != QLatin1String("FALSE") || !opening || !IsOpen() ||
+           m_buffer.size() > longestReply || EventQueue::ending();
 }
 
 void clsCommPort::takeInput()
@@ -39,21 +44,24 @@ void clsCommPort::takeInput()
         m_buffer += m_control->input();
 }
 
-clsCommPort::WaitResult clsCommPort::WaitForReply(int mode)
+bool clsCommPort::hasReply(int mode) const
 {
-    const WhileSet exchange(m_exchanges, m_exchanges + 1);
-    return waitForReply(mode, m_generation);
+    const auto first = m_buffer.indexOf(QLatin1Char('\r'));
+    return first >= 0 &&
+           (mode == 1 || (mode == 2 && first != m_buffer.lastIndexOf(QLatin1Char('\r'))));
 }
 
-// A port that was closed or opened anew since the generation ends the wait.
-clsCommPort::WaitResult clsCommPort::waitForReply(int mode, int generation)
+clsCommPort::WaitResult clsCommPort::WaitForReply(int mode)
 {
-    const auto hasEnded = [this, mode] {
-        const auto first = m_buffer.indexOf(QLatin1Char('\r'));
-        return first >= 0 &&
-               (mode == 1 || (mode == 2 && first != m_buffer.lastIndexOf(QLatin1Char('\r'))));
-    };
+    if (refuseWhileBusy({}))
+        return {0, true};
+    const QScopedValueRollback exchange(m_exchange, std::optional(m_opening.still()));
+    return waitForReply(mode, *m_exchange);
+}
 
+// A port that was closed or opened anew since ends the wait.
+clsCommPort::WaitResult clsCommPort::waitForReply(int mode, const Still &opening)
+{
     TimerControl *const timer = m_host->tmrCommTimer2;
     m_buffer.clear();
     timer->setTag(m_timeOutMs > 0 ? QStringLiteral("FALSE") : QStringLiteral("TRUE"));
@@ -62,37 +70,80 @@ clsCommPort::WaitResult clsCommPort::waitForReply(int mode, int generation)
 
     WaitResult result;
     bool arrived = false;
-    const int ownWait = ++m_waits;
-    while (!waitMustStop(generation)) {
+    while (!arrived && !waitMustStop(opening)) {
         EventQueue::yield();
         takeInput();
         if (m_pollInterval > 0)
             pauseit(m_host->tmrCommTimer, m_pollInterval);
         EventQueue::yield();
         ++result.rounds;
-        // The buffer is shared: after another exchange in the middle of this one it holds the other
-        // one's reply, and this one has timed out.
-        arrived = hasEnded() && ownWait == m_waits;
-        if (arrived)
-            break;
+        arrived = hasReply(mode);
         // Bytes that came during the second yield wake nobody again: take them before sleeping.
         const bool unread = m_modeInUse != Event && m_control->inBufferCount() > 0;
-        if (!unread && m_pollInterval <= 0 && !waitMustStop(generation))
+        if (!arrived && !unread && m_pollInterval <= 0 && !waitMustStop(opening))
             EventQueue::sleepUntilEvent();
     }
+    if (!arrived && m_timeOutMs > 0)
+        arrived = takeLast(mode, opening);
     result.timedOut = !arrived;
     timer->setEnabled(false);
     timer->setTag(QStringLiteral("TRUE"));
+    if (!arrived && opening && IsOpen()) {
+        // A command that nobody has taken must not be sent later.
+        m_control->discardOutput();
+        m_unsettled = true;
+    }
     return result;
+}
+
+// The deadline is one of work, not of the clock: a reply that lies in the port when it is noticed
+// counts, after a sleep of the computer for example.
+bool clsCommPort::takeLast(int mode, const Still &opening)
+{
+    if (!opening || !IsOpen() || EventQueue::ending() || m_buffer.size() > longestReply)
+        return false;
+    EventQueue::yield();
+    EventQueue::yield(); // what the first one received is handed over by the second in event mode
+    if (opening)
+        takeInput();
+    return opening && hasReply(mode);
+}
+
+// The line is quiet for a while, or never is: then it has used up a reply's time.
+void clsCommPort::settle(const Still &opening)
+{
+    m_unsettled = false;
+    TimerControl *const timer = m_host->tmrCommTimer2;
+    QElapsedTimer whole;
+    whole.start();
+    int before = -1;
+    const auto listen = [&] {
+        timer->setTag(QStringLiteral("FALSE"));
+        timer->setInterval(quietMs);
+        timer->setEnabled(true);
+    };
+    listen();
+    while (!waitMustStop(opening) && whole.elapsed() < std::max(m_timeOutMs, quietMs)) {
+        EventQueue::sleepUntilEvent();
+        const int waiting = m_control->inBufferCount();
+        if (before >= 0 && waiting != before)
+            listen();
+        before = waiting;
+    }
+    timer->setEnabled(false);
+    timer->setTag(QStringLiteral("TRUE"));
 }
 
 // Whatever the port still holds is a late reply, which must not answer this command. False when
 // the port turns out to have hung up: nobody is there to send to.
-bool clsCommPort::send(const QString &command)
+bool clsCommPort::send(const QString &command, const Still &opening)
 {
-    const int generation = m_generation;
-    m_control->discardInput();
-    if (generation != m_generation)
+    if (m_unsettled)
+        settle(opening);
+    EventQueue::yield(); // what has arrived is taken over, and shown, before it is thrown away
+    if (opening)
+        m_control->discardInput();
+    if (!opening)
         return false;
     SendString(command);
     EventQueue::yield();
@@ -103,23 +154,27 @@ bool clsCommPort::WriteAndWaitForCr(const QString &command)
 {
     if (command.isEmpty())
         return true;
-    const WhileSet exchange(m_exchanges, m_exchanges + 1);
-    const int generation = m_generation;
+    if (refuseWhileBusy(command))
+        return false;
+    const QScopedValueRollback exchange(m_exchange, std::optional(m_opening.still()));
+    const Still opening = *m_exchange;
     ClearBuffer();
-    if (!send(command))
+    if (!send(command, opening))
         return false;
     if (m_pollDelay > 0)
         pauseit(m_host->tmrCommTimer, m_pollDelay);
-    return !waitForReply(1, generation).timedOut;
+    return !waitForReply(1, opening).timedOut;
 }
 
 bool clsCommPort::WriteAndWaitFor2Crs(const QString &command)
 {
     if (command.isEmpty())
         return true;
-    const WhileSet exchange(m_exchanges, m_exchanges + 1);
-    const WhileSet longTimeOut(m_timeOutMs, twoReplyTimeOutMs);
-    const int generation = m_generation;
+    if (refuseWhileBusy(command))
+        return false;
+    const QScopedValueRollback exchange(m_exchange, std::optional(m_opening.still()));
+    const QScopedValueRollback longTimeOut(m_timeOutMs, twoReplyTimeOutMs);
+    const Still opening = *m_exchange;
     // Neither ClearBuffer nor the poll delay here: the wait empties the buffer itself.
-    return send(command) && !waitForReply(2, generation).timedOut;
+    return send(command, opening) && !waitForReply(2, opening).timedOut;
 }

@@ -34,8 +34,6 @@ private slots:
     void bufferStartIsTheTextBeforeTheFirstCarriageReturn();
     void theBufferSizeHasSixteenBits();
     void clearingEmptiesTheBuffer();
-    void aSecondExchangeMayStartInTheMiddleOfOne();
-    void theReplyOfAnExchangeInTheMiddleIsNotTaken();
 
 private:
     bool exchange(const char *command)
@@ -286,41 +284,6 @@ void TestCommPortExchange::clearingEmptiesTheBuffer()
     on->port->setBuffer(QStringLiteral("12.5\r"));
     on->port->ClearBuffer();
     QCOMPARE(on->port->Buffer(), QString());
-}
-
-void TestCommPortExchange::aSecondExchangeMayStartInTheMiddleOfOne()
-{
-    on->line.setResponder([](const std::string &command) -> std::optional<std::string> {
-        if (command == "*SECOND?")
-            return "second";
-        return std::nullopt;
-    });
-    QVERIFY(on->port->InitializePort());
-    bool innerArrived = false;
-    QString innerReply;
-    QTimer::singleShot(50, this, [&] {
-        innerArrived = exchange("*SECOND?\r");
-        innerReply = on->port->BufferStart();
-    });
-    const bool outerArrived = exchange("*FIRST?\r");
-    QVERIFY(innerArrived);
-    QCOMPARE(innerReply, QStringLiteral("second"));
-    // Timer and buffer are shared: the inner exchange ends the outer one, which got no reply.
-    QVERIFY(!outerArrived);
-    QVERIFY(clock.elapsed() < 1500);
-    QCOMPARE(on->commands(2), (QStringList{QStringLiteral("*FIRST?"), QStringLiteral("*SECOND?")}));
-}
-
-// The inner exchange runs in the wait's own round and leaves its reply in the buffer.
-void TestCommPortExchange::theReplyOfAnExchangeInTheMiddleIsNotTaken()
-{
-    on->openWithReply("second");
-    bool innerArrived = false;
-    QTimer::singleShot(0, this, [&] { innerArrived = exchange("*SECOND?\r"); });
-    const clsCommPort::WaitResult outer = on->port->WaitForReply(1);
-    QVERIFY(innerArrived);
-    QVERIFY(on->port->Buffer().startsWith(QStringLiteral("second\r")));
-    QVERIFY(outer.timedOut);
 }
 
 KELDOX_TEST(TestCommPortExchange)
