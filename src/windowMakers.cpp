@@ -1,6 +1,7 @@
 // The makers of the windows and of the channel bindings.
 #include "windowMakers.h"
 
+#include "platform/RunTimeError.h"
 #include "ui/channels/clsChannel.h"
 #include "ui/channels/frmChannels.h"
 #include "ui/dialogs/clsFileObject.h"
@@ -8,14 +9,35 @@
 #include "ui/main/frmMain_KeldoX2.h"
 #include "ui/monitor/frmIODaemon.h"
 
+// The channels window of the run, seen by the channels as what their rows stand in.
+using ChannelsWindow = std::shared_ptr<std::weak_ptr<frmChannels>>;
+
+static clsChannel::HostSource hostSource(const ChannelsWindow &window)
+{
+    return [window] {
+        app().channelsWindow(); // loaded when it is first asked for
+        auto host = window->lock();
+        if (!host)
+            throw RunTimeError(ErrorNumber::ObjectNotSet);
+        return host;
+    };
+}
+
 WindowMakers windowMakers()
 {
+    const auto channels = std::make_shared<std::weak_ptr<frmChannels>>();
     WindowMakers makers;
     makers.splash = [] { return std::make_unique<frmSplash>(); };
     makers.mainWindow = [] { return std::make_shared<frmMain_KeldoX2>(); };
-    makers.channelsWindow = [] { return std::make_shared<frmChannels>(); };
+    makers.channelsWindow = [channels] {
+        auto window = std::make_shared<frmChannels>();
+        *channels = window;
+        return window;
+    };
     makers.ioMonitor = [] { return std::make_shared<frmIODaemon>(); };
-    makers.channel = [] { return std::make_shared<clsChannel>(); };
+    makers.channel = [source = hostSource(channels)] {
+        return std::make_shared<clsChannel>(source);
+    };
     makers.logFile = [] {
         return std::make_unique<clsFileObject>(clsFileObject::Errors::LeftToOwner);
     };

@@ -70,6 +70,9 @@ public:
     // Escape was pressed since clearEscape.
     virtual bool escapePressed() const = 0;
     virtual void clearEscape() = 0;
+
+    // Empties frequency, attenuation and AGC offset of the channel's row.
+    virtual void clearChannelBoxes(int channel) = 0;
 };
 
 // One of the channels 1 to 8: a unit bound to a row of controls.

@@ -7,6 +7,8 @@
 #include <QMap>
 #include <QString>
 
+#include <initializer_list>
+
 template <class Control> class ControlArray
 {
 public:
@@ -16,6 +18,13 @@ public:
     {
         control->setObjectName(QStringLiteral("%1_%2").arg(m_name).arg(index));
         m_controls.insert(index, control);
+    }
+
+    // The elements from first on.
+    void insert(std::initializer_list<Control *> controls, int first)
+    {
+        for (Control *control : controls)
+            insert(first++, control);
     }
 
     // Raises 9 (subscript out of range) for an index that has no control.

@@ -92,6 +92,10 @@ public:
     int ChanIndex() const override { return selected; }
     bool escapePressed() const override { return escape; }
     void clearEscape() override { escape = false; }
+    void clearChannelBoxes(int channel) override
+    {
+        note(QStringLiteral("channels.clearBoxes %1").arg(channel));
+    }
 
     CallRecord calls;
     QMap<int, QString> panels;

@@ -7,7 +7,6 @@
 #include "core/TextNumbers.h"
 #include "device/clsKeldoX.h"
 #include "platform/RunTimeError.h"
-#include "ui/channels/frmChannels.h"
 
 #include <initializer_list>
 
@@ -23,9 +22,7 @@ static void setEnabled(std::initializer_list<QWidget *> controls, bool enabled)
         control->setEnabled(enabled);
 }
 
-clsChannel::clsChannel() : clsChannel(&frmChannels::loadedControls) {}
-
-clsChannel::clsChannel(ControlsSource controls) : m_controlsSource(std::move(controls))
+clsChannel::clsChannel(HostSource host) : m_hostSource(std::move(host))
 {
     clsChannel::InitChannel();
 }
@@ -43,8 +40,10 @@ void clsChannel::setIndex(std::int16_t index)
     m_channelNumber = index;
     reportAndEnd("clsChannel.Index", [&] {
         m_row.reset();
-        m_controls = m_controlsSource();
+        const auto host = m_hostSource();
+        m_controls = host->controls();
         m_row = rowOf(*m_controls, index);
+        host->bindRow(index, weak_from_this());
     });
 }
 

@@ -7,6 +7,7 @@
 
 #include "app/Views.h"
 #include "ui/channels/ChannelControls.h"
+#include "ui/channels/ChannelsHost.h"
 
 #include <QObject>
 
@@ -24,14 +25,13 @@ class clsChannel : public QObject,
     Q_OBJECT
 
 public:
-    // Gives the control arrays of the channels window, loading it if need be.
-    using ControlsSource = std::function<std::shared_ptr<const ChannelControls>()>;
+    // Gives the channels window, loading it if need be; asked when the channel gets its index.
+    using HostSource = std::function<std::shared_ptr<ChannelsHost>()>;
 
     static constexpr int enterKeyCode = 13;
     static constexpr double maximumInputAttenuation = 31.5; // dB
 
-    clsChannel(); // over the program's channels window
-    explicit clsChannel(ControlsSource controls);
+    explicit clsChannel(HostSource host);
 
     // The owner; calling order InitChannel, Index, Device, ShowControls.
     void InitChannel() override;                // the options will be read anew
@@ -117,7 +117,7 @@ private:
     bool isStill(const std::shared_ptr<clsKeldoX> &device, int timesDisabled) const;
     void onLinkLost();
 
-    ControlsSource m_controlsSource;
+    HostSource m_hostSource;
     // Keeps the window's controls as long as this channel refers to them.
     std::shared_ptr<const ChannelControls> m_controls;
     std::optional<ChannelRowControls> m_row;

@@ -24,12 +24,9 @@ std::shared_ptr<const ChannelControls> frmChannels::controls() const
     return {shared_from_this(), &m_controls};
 }
 
-std::shared_ptr<const ChannelControls> frmChannels::loadedControls()
+void frmChannels::bindRow(int index, std::weak_ptr<clsChannel> channel)
 {
-    const auto window = std::dynamic_pointer_cast<frmChannels>(app().channelsWindow());
-    if (!window)
-        throw RunTimeError(ErrorNumber::ObjectNotSet);
-    return window->controls();
+    m_channels[index] = std::move(channel);
 }
 
 // The source names the main window, as the log always has.
@@ -123,6 +120,13 @@ void frmChannels::prepareForSearch()
         m_controls.chkChanAGC(index)->setChecked(false);
         m_controls.chkChanBYP(index)->setChecked(false);
     }
+}
+
+void frmChannels::clearChannelBoxes(int channel)
+{
+    for (QLineEdit *box : {m_controls.txtChanFreq(channel), m_controls.txtChanAtten(channel),
+                           m_controls.txtChanAGCoffset(channel)})
+        box->clear();
 }
 
 void frmChannels::arrangeForUnitsFound()

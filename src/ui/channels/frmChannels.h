@@ -4,6 +4,7 @@
 
 #include "app/Views.h"
 #include "ui/channels/ChannelControls.h"
+#include "ui/channels/ChannelsHost.h"
 
 #include <QMainWindow>
 
@@ -19,6 +20,7 @@ class clsKeldoX;
 
 class frmChannels : public QMainWindow,
                     public ChannelsView,
+                    public ChannelsHost,
                     public std::enable_shared_from_this<frmChannels>
 {
     Q_OBJECT
@@ -31,10 +33,9 @@ public:
     frmChannels();
     ~frmChannels() override;
 
-    // The control arrays; whoever holds them keeps the window.
-    std::shared_ptr<const ChannelControls> controls() const;
-    // Those of the program's channels window, which is loaded if need be.
-    static std::shared_ptr<const ChannelControls> loadedControls();
+    // What the channels ask of the window.
+    std::shared_ptr<const ChannelControls> controls() const override;
+    void bindRow(int index, std::weak_ptr<clsChannel> channel) override;
 
     // What connecting and searching tell the window.
     void load() override; // Form_Load
@@ -51,6 +52,7 @@ public:
     int ChanIndex() const override;
     bool escapePressed() const override { return m_escape; }
     void clearEscape() override { m_escape = false; }
+    void clearChannelBoxes(int channel) override;
 
     void clearStatusBar(); // panels 1 to 10
     void ShowColumnLabelsOnTabs();
@@ -113,15 +115,16 @@ private:
     using Handler = void (clsChannel::*)();
     using KeyHandler = void (clsChannel::*)(int keyCode);
 
-    static std::shared_ptr<clsChannel> channelAt(int index);
-    static bool forward(const char *source, int index, Handler handler);
-    static bool forwardKey(const char *source, int index, int keyCode, KeyHandler handler);
+    std::shared_ptr<clsChannel> channelAt(int index) const;
+    bool forward(const char *source, int index, Handler handler);
+    bool forwardKey(const char *source, int index, int keyCode, KeyHandler handler);
     static void putBack(const ControlArray<QCheckBox> &checks, int index);
     void onPortOptionClick(int index, int previous);
     void updateNoUnitLine(int tab);
     void mDevice_DUTChange();
 
     ChannelControls m_controls;
+    QMap<int, std::weak_ptr<clsChannel>> m_channels; // by the index of their row
     ColumnLabels m_labels;
     QTabWidget *tabsChannels = nullptr;
     QProgressBar *ProgressBar1 = nullptr;

@@ -9,9 +9,10 @@
 #include "platform/RunTimeError.h"
 #include "ui/channels/clsChannel.h"
 
-std::shared_ptr<clsChannel> frmChannels::channelAt(int index)
+std::shared_ptr<clsChannel> frmChannels::channelAt(int index) const
 {
-    auto channel = std::dynamic_pointer_cast<clsChannel>(app().channels[index]);
+    m_controls.optPortNum(index); // raises 9 where there is no such row
+    auto channel = m_channels.value(index).lock();
     if (!channel)
         throw RunTimeError(ErrorNumber::ObjectNotSet);
     return channel;

@@ -44,18 +44,16 @@ frmMain_KeldoX2::~frmMain_KeldoX2() = default;
 
 void frmMain_KeldoX2::bindControls()
 {
-    for (int i = 1; i <= 3; ++i) {
-        txtFreq.insert(i, findChild<QLineEdit *>(QStringLiteral("txtFreq_%1").arg(i)));
-        optInputLimit.insert(i,
-                             findChild<QRadioButton *>(QStringLiteral("optInputLimit_%1").arg(i)));
+    txtFreq.insert({m_ui->txtFreq_1, m_ui->txtFreq_2, m_ui->txtFreq_3}, 1);
+    optInputLimit.insert({m_ui->optInputLimit_1, m_ui->optInputLimit_2, m_ui->optInputLimit_3}, 1);
+    for (int i = 1; i <= 3; ++i)
         m_inputLimits.add(i, optInputLimit(i));
-    }
-    for (int i = firstPreset; i <= lastPreset; ++i) {
-        cmdSetDUTFreq.insert(i,
-                             findChild<QPushButton *>(QStringLiteral("cmdSetDUTFreq_%1").arg(i)));
+    cmdSetDUTFreq.insert({m_ui->cmdSetDUTFreq_4, m_ui->cmdSetDUTFreq_5, m_ui->cmdSetDUTFreq_6,
+                          m_ui->cmdSetDUTFreq_7},
+                         firstPreset);
+    for (int i = firstPreset; i <= lastPreset; ++i)
         connect(cmdSetDUTFreq(i), &QPushButton::clicked, this,
                 [this, i] { cmdSetDUTFreq_Click(i); });
-    }
     connect(&m_inputLimits, &OptionSet::Click, this, &frmMain_KeldoX2::optInputLimit_Click);
     connect(m_ui->cmdSetPresets, &QPushButton::clicked, this,
             &frmMain_KeldoX2::cmdSetPresets_Click);

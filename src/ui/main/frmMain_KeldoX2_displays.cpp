@@ -82,23 +82,14 @@ void frmMain_KeldoX2::clearTuning()
         box->clear();
 }
 
-static void clearChannelBoxes(const QObject &channelsWindow, int channel)
-{
-    for (const char *name : {"txtChanFreq_%1", "txtChanAtten_%1", "txtChanAGCoffset_%1"})
-        if (auto *box =
-                channelsWindow.findChild<QLineEdit *>(QString::fromLatin1(name).arg(channel)))
-            box->clear();
-}
-
 void frmMain_KeldoX2::ClearDisplays()
 {
     m_ui->txtCurrentFreq->clear();
     const auto channels = app().channelsWindow();
-    const auto *channelsWindow = dynamic_cast<QObject *>(channels.get());
     for (int i = 1; i <= 4; ++i) {
         cmdSetDUTFreq(i + 3)->setText({});
-        if (channelsWindow)
-            clearChannelBoxes(*channelsWindow, i);
+        if (channels)
+            channels->clearChannelBoxes(i);
     }
     for (QLineEdit *box : txtFreq.all())
         box->clear();

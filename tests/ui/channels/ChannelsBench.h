@@ -11,6 +11,7 @@
 #include "support/TestMain.h"
 #include "ui/channels/clsChannel.h"
 #include "ui/channels/frmChannels.h"
+#include "windowMakers.h"
 
 #include <map>
 
@@ -22,9 +23,10 @@ public:
         AppState &state = app();
         state.mainWindow = mainWindow;
         mainWindow->setDevice(std::make_shared<clsKeldoX>());
-        state.makers.channelsWindow = [] { return std::make_shared<frmChannels>(); };
+        const WindowMakers makers = windowMakers();
+        state.makers.channelsWindow = makers.channelsWindow;
         for (std::int16_t index = 1; index <= 8; ++index) {
-            state.channels[index] = std::make_shared<clsChannel>();
+            state.channels[index] = makers.channel();
             state.channels[index]->setIndex(index);
         }
         window = std::dynamic_pointer_cast<frmChannels>(state.channelsWindow());

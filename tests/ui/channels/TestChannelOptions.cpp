@@ -32,7 +32,7 @@ void TestChannelOptions::anIndexWithoutControlsIsReported()
 {
     ChannelsBench b;
     b.fixture.boxes.expectStart(QStringLiteral("Error 9 ("));
-    clsChannel row;
+    clsChannel row([&b] { return b.window; });
     row.setIndex(9);
     QCOMPARE(row.Index(), 9);
     QCOMPARE(b.boxesFrom(QStringLiteral("clsChannel.Index")), 1);
@@ -42,13 +42,14 @@ void TestChannelOptions::theChannelLoadsTheWindowItNeeds()
 {
     const Fixture fixture;
     int made = 0;
+    const WindowMakers makers = windowMakers();
     app().makers.channelsWindow = [&] {
         ++made;
-        return std::make_shared<frmChannels>();
+        return makers.channelsWindow();
     };
-    clsChannel row;
+    const auto row = makers.channel();
     QCOMPARE(made, 0);
-    row.setIndex(1);
+    row->setIndex(1);
     QCOMPARE(made, 1);
     QVERIFY(std::dynamic_pointer_cast<frmChannels>(app().channelsWindow())->isLoaded());
 }

@@ -27,6 +27,7 @@ private slots:
     void unitChangeFillsThePanels_data();
     void unitChangeFillsThePanels();
     void theUnitBeforeIsNoLongerHeard();
+    void clearingARowsBoxesSparesTheInputAttenuation();
 };
 
 static QTabWidget *tabsOf(const ChannelsBench &b)
@@ -205,6 +206,24 @@ void TestChannelsWindow::theUnitBeforeIsNoLongerHeard()
     b.row(1).setDevice(nullptr);
     emit before->DUTChange();
     QCOMPARE(b.panel(5), QStringLiteral("kept"));
+}
+
+void TestChannelsWindow::clearingARowsBoxesSparesTheInputAttenuation()
+{
+    const ChannelsBench b;
+    const QStringList names{QStringLiteral("txtChanFreq"), QStringLiteral("txtChanAtten"),
+                            QStringLiteral("txtChanAGCoffset"),
+                            QStringLiteral("txtChanInputAtten")};
+    for (int channel = 1; channel <= 8; ++channel)
+        for (const QString &name : names)
+            b.box(qPrintable(name), channel)->setText(QStringLiteral("full"));
+    b.window->clearChannelBoxes(3);
+    for (int channel = 1; channel <= 8; ++channel)
+        for (const QString &name : names) {
+            const bool cleared = channel == 3 && name != names.last();
+            QCOMPARE(b.box(qPrintable(name), channel)->text(),
+                     cleared ? QString() : QStringLiteral("full"));
+        }
 }
 
 KELDOX_TEST(TestChannelsWindow)

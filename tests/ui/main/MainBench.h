@@ -31,9 +31,18 @@ public:
             }
     }
 
-    QString text(const char *name, int channel) const
+    void clearChannelBoxes(int channel) override
     {
-        return findChild<QLineEdit *>(QString::fromLatin1(name).arg(channel))->text();
+        for (const char *name : {"txtChanFreq_%1", "txtChanAtten_%1", "txtChanAGCoffset_%1"})
+            box(name, channel)->clear();
+    }
+
+    QString text(const char *name, int channel) const { return box(name, channel)->text(); }
+
+private:
+    QLineEdit *box(const char *name, int channel) const
+    {
+        return findChild<QLineEdit *>(QString::fromLatin1(name).arg(channel));
     }
 };
 
