@@ -3,23 +3,15 @@
 
 #include <QPainter>
 
-QColor colorOfBgr(unsigned bgr)
-{
-    if (bgr == IndicatorLight::buttonFace)
-        return {};
-    return QColor::fromRgb(static_cast<int>(bgr & 0xFF), static_cast<int>((bgr >> 8) & 0xFF),
-                           static_cast<int>((bgr >> 16) & 0xFF));
-}
-
 IndicatorLight::IndicatorLight(QWidget *parent) : QWidget(parent)
 {
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     setFillColor(buttonFace, tr("off"));
 }
 
-void IndicatorLight::setFillColor(unsigned bgr, const QString &meaning)
+void IndicatorLight::setFillColor(const QColor &color, const QString &meaning)
 {
-    m_fillColor = bgr;
+    m_fillColor = color;
     setToolTip(meaning);
     setAccessibleDescription(meaning);
     update();
@@ -35,8 +27,7 @@ void IndicatorLight::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    const QColor fill = colorOfBgr(m_fillColor);
-    painter.setBrush(fill.isValid() ? fill : palette().color(QPalette::Button));
+    painter.setBrush(m_fillColor.isValid() ? m_fillColor : palette().color(QPalette::Button));
     QColor edge = palette().color(QPalette::WindowText);
     edge.setAlphaF(0.6F);
     painter.setPen(QPen(edge, 1.2));

@@ -10,15 +10,15 @@ class IndicatorLight : public QWidget
     Q_OBJECT
 
 public:
-    static constexpr unsigned green = 0x00FF00; // blue-green-red, as all colour values here
-    static constexpr unsigned red = 0x0000FF;
-    static constexpr unsigned buttonFace = 0x8000000F; // the palette's own colour
+    static constexpr QColor green{0x00, 0xFF, 0x00};
+    static constexpr QColor red{0xFF, 0x00, 0x00};
+    static constexpr QColor amber{0xFF, 0xB0, 0x00};
+    static constexpr QColor buttonFace{}; // off: no colour of its own, the palette decides
 
     explicit IndicatorLight(QWidget *parent = nullptr);
 
-    // Blue-green-red value, or buttonFace for a light that is off.
-    unsigned fillColor() const { return m_fillColor; }
-    void setFillColor(unsigned bgr, const QString &meaning);
+    QColor fillColor() const { return m_fillColor; }
+    void setFillColor(const QColor &color, const QString &meaning);
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override { return sizeHint(); }
@@ -27,8 +27,5 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
-    unsigned m_fillColor = buttonFace;
+    QColor m_fillColor = buttonFace;
 };
-
-// The colour of a blue-green-red value; invalid for buttonFace, which the palette decides.
-QColor colorOfBgr(unsigned bgr);

@@ -33,7 +33,7 @@ private slots:
     void aLongTextDoesNotWidenTheWindow();
     void aPanelShowsItsTextPlain();
     void aLightSaysInWordsWhatItMeans();
-    void coloursAreBlueGreenRed();
+    void aLightThatIsOffLeavesItsColourToThePalette();
     void controlsOfAnArrayAreNamedByTheirIndex();
 };
 
@@ -237,7 +237,7 @@ void TestControls::aLightSaysInWordsWhatItMeans()
     IndicatorLight light;
     QCOMPARE(light.fillColor(), IndicatorLight::buttonFace);
     light.setFillColor(IndicatorLight::red, QStringLiteral("no answer"));
-    QCOMPARE(light.fillColor(), 0x0000FFU);
+    QCOMPARE(light.fillColor(), QColor(0xFF, 0, 0));
     QCOMPARE(light.toolTip(), QStringLiteral("no answer"));
     QCOMPARE(light.accessibleDescription(), QStringLiteral("no answer"));
 
@@ -246,12 +246,18 @@ void TestControls::aLightSaysInWordsWhatItMeans()
     QCOMPARE(picture.pixelColor(picture.rect().center()), QColor(Qt::red));
 }
 
-void TestControls::coloursAreBlueGreenRed()
+void TestControls::aLightThatIsOffLeavesItsColourToThePalette()
 {
-    QCOMPARE(colorOfBgr(0x0000FF), QColor(255, 0, 0));
-    QCOMPARE(colorOfBgr(0x00FF00), QColor(0, 255, 0));
-    QCOMPARE(colorOfBgr(0xFF8040), QColor(0x40, 0x80, 0xFF));
-    QVERIFY(!colorOfBgr(IndicatorLight::buttonFace).isValid());
+    QCOMPARE(IndicatorLight::green, QColor(Qt::green));
+    QCOMPARE(IndicatorLight::red, QColor(Qt::red));
+    QVERIFY(!IndicatorLight::buttonFace.isValid());
+    IndicatorLight light;
+    QPalette palette;
+    palette.setColor(QPalette::Button, QColor(1, 2, 3));
+    light.setPalette(palette);
+    light.resize(21, 21);
+    const QImage picture = light.grab().toImage();
+    QCOMPARE(picture.pixelColor(picture.rect().center()), QColor(1, 2, 3));
 }
 
 void TestControls::controlsOfAnArrayAreNamedByTheirIndex()

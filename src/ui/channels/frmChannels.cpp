@@ -3,6 +3,7 @@
 #include "ui/channels/frmChannels.h"
 
 #include "app/AppState.h"
+#include "app/Words.h"
 #include "core/ResumeNext.h"
 #include "core/TextNumbers.h"
 #include "device/clsKeldoX.h"
@@ -14,9 +15,6 @@
 #include <QProgressBar>
 #include <QTabWidget>
 
-static constexpr int firmwarePanel = 2;
-static constexpr int bandwidthPanel = 3;
-static constexpr int unitPanel = 5;
 static constexpr double hertzPerKilohertz = 1000;
 
 std::shared_ptr<const ChannelControls> frmChannels::controls() const
@@ -68,11 +66,11 @@ void frmChannels::mDevice_DUTChange()
 {
     const auto device = mDevice;
     resumeNext(
-        "frmChannels.mDevice_DUTChange", [this] { setStatusPanel(unitPanel, QString()); },
-        [&] { setStatusPanel(firmwarePanel, device->FirmwareRevision()); },
+        "frmChannels.mDevice_DUTChange", [this] { setStatusPanel(ChannelsPanel::unit, QString()); },
+        [&] { setStatusPanel(ChannelsPanel::firmware, device->FirmwareRevision()); },
         [&] {
             const double bandwidth = device->ChanBW();
-            setStatusPanel(bandwidthPanel,
+            setStatusPanel(ChannelsPanel::bandwidth,
                            bandwidth >= 1 ? numberToTextWithBlank(bandwidth / hertzPerKilohertz) +
                                                 QStringLiteral(" KHZ BW")
                                           : QString());

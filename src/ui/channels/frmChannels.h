@@ -26,8 +26,6 @@ class frmChannels : public QMainWindow,
     Q_OBJECT
 
 public:
-    static constexpr int channelCount = 8;
-    static constexpr int channelsPerTab = 4;
     static constexpr int escapeCharacter = 27;
 
     frmChannels();

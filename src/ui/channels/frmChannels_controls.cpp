@@ -2,6 +2,7 @@
 // status bar. Columns stand in the same places on every tab.
 #include "ui/channels/frmChannels.h"
 
+#include "app/Words.h"
 #include "core/TextNumbers.h"
 #include "ui/channels/UnitLabel.h"
 #include "widgets/PanelStatusBar.h"
@@ -76,7 +77,7 @@ void addCell(QGridLayout &grid, int row, int column, std::initializer_list<QWidg
 
 int rowOnPage(int index)
 {
-    return firstRow + (index - 1) % frmChannels::channelsPerTab;
+    return firstRow + (index - 1) % channelsPerTab;
 }
 
 } // namespace
@@ -92,7 +93,7 @@ void frmChannels::buildTabs()
                                QStringLiteral("Channels 9 - 12"),
                                QStringLiteral(" Channels 13 - 16")};
     QList<QGridLayout *> grids;
-    for (int tab = 0; tab < captions.size(); ++tab) {
+    for (int tab = 0; tab < channelTabs; ++tab) {
         grids.append(buildPage(tab));
         tabsChannels->addTab(grids.last()->parentWidget()->parentWidget(), captions.at(tab));
     }

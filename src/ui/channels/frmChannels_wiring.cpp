@@ -1,6 +1,7 @@
 // How the channels window's controls reach their handlers, and what the window notices by itself.
 #include "ui/channels/frmChannels.h"
 
+#include "app/Words.h"
 #include "ui/channels/clsChannel.h"
 #include "widgets/EntryEvents.h"
 

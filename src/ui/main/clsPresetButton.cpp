@@ -1,12 +1,12 @@
 // The preset buttons.
 #include "ui/main/clsPresetButton.h"
 
+#include "app/Words.h"
 #include "core/Message.h"
 #include "core/ResumeNext.h"
 #include "core/TextNumbers.h"
 #include "platform/Application.h"
 #include "platform/SettingsStore.h"
-#include "widgets/IndicatorLight.h"
 
 #include <QLineEdit>
 
@@ -15,9 +15,8 @@ static QString settingsSection()
     return QStringLiteral("Settings");
 }
 
-void setBackColor(QPushButton &button, unsigned bgr)
+void setBackColor(QPushButton &button, const QColor &color)
 {
-    const QColor color = colorOfBgr(bgr);
     button.setStyleSheet(color.isValid()
                              ? QStringLiteral("QPushButton { background-color: %1; color: black; }"
                                               "QPushButton:disabled { color: #506050; }")
@@ -40,9 +39,9 @@ void clsPresetButton::setSetMode(bool on)
     if (!m_button)
         return;
     setBackColor(*m_button, on ? setModeColor : buttonFaceColor);
-    const QString meaning =
-        on ? QObject::tr("Click to store the current frequency here")
-           : QObject::tr("Click to tune to this frequency (Ctrl+%1)").arg(m_index - 3);
+    const QString meaning = on ? QObject::tr("Click to store the current frequency here")
+                               : QObject::tr("Click to tune to this frequency (Ctrl+%1)")
+                                     .arg(m_index - Preset::firstButton + 1);
     m_button->setToolTip(meaning);
     m_button->setAccessibleDescription(meaning);
 }

@@ -2,6 +2,7 @@
 // center and stop frequencies are presets without a button.
 #pragma once
 
+#include <QColor>
 #include <QPointer>
 #include <QPushButton>
 #include <QString>
@@ -12,8 +13,8 @@
 class clsPresetButton
 {
 public:
-    static constexpr unsigned setModeColor = 0x80FF80;      // light green, blue-green-red
-    static constexpr unsigned buttonFaceColor = 0x8000000F; // the palette's own button colour
+    static constexpr QColor setModeColor{0x80, 0xFF, 0x80}; // light green
+    static constexpr QColor buttonFaceColor{};              // none: the palette's own
 
     // Tells how to store a preset.
     void ShowThatPresetIsNotSetMessageBox() const;
@@ -72,4 +73,4 @@ private:
 };
 
 // Colours a button: setModeColor with black text, or buttonFaceColor.
-void setBackColor(QPushButton &button, unsigned bgr);
+void setBackColor(QPushButton &button, const QColor &color);

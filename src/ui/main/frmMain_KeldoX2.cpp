@@ -2,6 +2,7 @@
 #include "ui/main/frmMain_KeldoX2.h"
 
 #include "app/Units.h"
+#include "app/Words.h"
 #include "app/modMain_KeldoX2.h"
 #include "core/ResumeNext.h"
 #include "platform/Application.h"
@@ -20,9 +21,6 @@
 #include <QToolTip>
 
 #include <algorithm>
-
-static constexpr int firstPreset = 4;
-static constexpr int lastPreset = 7;
 
 frmMain_KeldoX2::frmMain_KeldoX2() : m_ui(std::make_unique<Ui::frmMain_KeldoX2>())
 {
@@ -44,14 +42,14 @@ frmMain_KeldoX2::~frmMain_KeldoX2() = default;
 
 void frmMain_KeldoX2::bindControls()
 {
-    txtFreq.insert({m_ui->txtFreq_1, m_ui->txtFreq_2, m_ui->txtFreq_3}, 1);
+    txtFreq.insert({m_ui->txtFreq_1, m_ui->txtFreq_2, m_ui->txtFreq_3}, Preset::start);
     optInputLimit.insert({m_ui->optInputLimit_1, m_ui->optInputLimit_2, m_ui->optInputLimit_3}, 1);
-    for (int i = 1; i <= 3; ++i)
-        m_inputLimits.add(i, optInputLimit(i));
+    for (int mode = 1; mode <= inputLimitingModes; ++mode)
+        m_inputLimits.add(mode, optInputLimit(mode));
     cmdSetDUTFreq.insert({m_ui->cmdSetDUTFreq_4, m_ui->cmdSetDUTFreq_5, m_ui->cmdSetDUTFreq_6,
                           m_ui->cmdSetDUTFreq_7},
-                         firstPreset);
-    for (int i = firstPreset; i <= lastPreset; ++i)
+                         Preset::firstButton);
+    for (int i = Preset::firstButton; i <= Preset::last; ++i)
         connect(cmdSetDUTFreq(i), &QPushButton::clicked, this,
                 [this, i] { cmdSetDUTFreq_Click(i); });
     connect(&m_inputLimits, &OptionSet::Click, this, &frmMain_KeldoX2::optInputLimit_Click);
@@ -128,8 +126,9 @@ void frmMain_KeldoX2::addShortcuts()
     const auto *slider = new QShortcut(QKeySequence(QStringLiteral("Ctrl+T")), this);
     connect(slider, &QShortcut::activated, m_ui->HScroll1,
             [bar = m_ui->HScroll1] { bar->setFocus(Qt::ShortcutFocusReason); });
-    for (int i = firstPreset; i <= lastPreset; ++i) {
-        auto *shortcut = new QShortcut(QKeySequence(QStringLiteral("Ctrl+%1").arg(i - 3)), this);
+    for (int i = Preset::firstButton; i <= Preset::last; ++i) {
+        auto *shortcut = new QShortcut(
+            QKeySequence(QStringLiteral("Ctrl+%1").arg(i - Preset::firstButton + 1)), this);
         connect(shortcut, &QShortcut::activated, cmdSetDUTFreq(i), &QPushButton::animateClick);
     }
 }
@@ -139,10 +138,10 @@ void frmMain_KeldoX2::load()
     resumeNext(
         "frmMain.Form_Load", [this] { m_firstActivation = true; },
         [this] { tmrPollingTimer.setEnabled(false); }, [this] { ClearDisplays(); },
-        [this] { setCurrentChannelCaption(QStringLiteral("No active channel")); },
+        [this] { setCurrentChannelCaption(Words::noActiveChannel); },
         [this] { setWindowTitle(QStringLiteral("   ") + applicationTitle()); },
         [this] {
-            setStatusPanel(1, QStringLiteral("NOT CONNECTED"));
+            setStatusPanel(MainPanel::connection, Words::notConnected);
             m_ui->lblChannelSpacing->clear();
             m_ui->lblbandwidth->clear();
             m_ui->ShapeStatusLight->setFillColor(IndicatorLight::buttonFace,
@@ -163,10 +162,10 @@ void frmMain_KeldoX2::load()
 void frmMain_KeldoX2::createPresets()
 {
     auto &presets = app().presets;
-    for (int i = 1; i <= lastPreset; ++i) {
+    for (int i = Preset::start; i <= Preset::last; ++i) {
         if (!presets[i])
             presets[i] = std::make_shared<clsPresetButton>();
-        if (i < firstPreset) {
+        if (i < Preset::firstButton) {
             presets[i]->setDisplay(txtFreq(i));
             continue;
         }

@@ -44,7 +44,7 @@ public:
     void stopPolling() override;
     void restartPollingIfChecked() override;
 
-    void setStatusPanel(int panel, const QString &text) override; // 1 connection, 2 unit status
+    void setStatusPanel(int panel, const QString &text) override;
     void setCurrentChannelCaption(const QString &text) override;
     void EnablePresetsIfTheyreValid() override;
     void resetForSearch() override;
@@ -67,6 +67,8 @@ protected:
     void closeEvent(QCloseEvent *event) override;
 
 private:
+    static constexpr int inputLimitingModes = 3; // numbered from 1
+
     // Window
     void Form_Activate();
     void Form_Unload();
@@ -131,7 +133,7 @@ private:
 
     ControlArray<QPushButton> cmdSetDUTFreq{QStringLiteral("cmdSetDUTFreq")};  // 4 to 7
     ControlArray<QLineEdit> txtFreq{QStringLiteral("txtFreq")};                // 1 to 3
-    ControlArray<QRadioButton> optInputLimit{QStringLiteral("optInputLimit")}; // 1 to 3
+    ControlArray<QRadioButton> optInputLimit{QStringLiteral("optInputLimit")}; // modes
     OptionSet m_inputLimits;
     TimerControl tmrPollingTimer;
     TimerControl tmr1;

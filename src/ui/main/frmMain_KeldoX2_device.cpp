@@ -3,6 +3,7 @@
 
 #include "app/Units.h"
 #include "app/WhileGuarded.h"
+#include "app/Words.h"
 #include "app/modMain_KeldoX2.h"
 #include "core/ResumeNext.h"
 #include "core/TextNumbers.h"
@@ -87,9 +88,9 @@ void frmMain_KeldoX2::mDevice_StatusChange(qint32 status)
         [&] {
             // Good replies in between leave the text: it tells of the oscillator.
             if (status == clsKeldoX::Unlocked)
-                setStatusPanel(2, QStringLiteral("VCO UNLOCKED"));
+                setStatusPanel(MainPanel::unitStatus, QStringLiteral("VCO UNLOCKED"));
             else if (status == clsKeldoX::LockedAfterStep)
-                setStatusPanel(2, QStringLiteral("OK"));
+                setStatusPanel(MainPanel::unitStatus, QStringLiteral("OK"));
         });
 }
 
@@ -103,7 +104,7 @@ void frmMain_KeldoX2::mDevice_LinkLost()
     m_linkLost = true;
     resumeNext(
         "formMain.DUT_LinkLost", [this] { showCommunicationFailure(); },
-        [this] { setStatusPanel(1, QStringLiteral("NOT CONNECTED")); },
+        [this] { setStatusPanel(MainPanel::connection, Words::notConnected); },
         [this] { showNotConnected(); });
 }
 
@@ -117,16 +118,16 @@ void frmMain_KeldoX2::mDevice_InputLimitingModeChange(qint16 mode)
 
 void frmMain_KeldoX2::mDevice_InputAttenChange(double decibels)
 {
-    constexpr unsigned amber = 0x00B0FF; // blue-green-red
     if (decibels > 0 && !m_linkLost)
-        m_ui->ShapeOneBitLight->setFillColor(amber, numberToText(decibels) + tr(" dB"));
+        m_ui->ShapeOneBitLight->setFillColor(IndicatorLight::amber,
+                                             numberToText(decibels) + tr(" dB"));
     else
         m_ui->ShapeOneBitLight->setFillColor(IndicatorLight::buttonFace, tr("off"));
 }
 
 void frmMain_KeldoX2::ShowInputLimitingMode(std::int16_t mode)
 {
-    const bool offered = mode >= 1 && mode <= 3;
+    const bool offered = mode >= 1 && mode <= inputLimitingModes;
     m_inputLimitingMode = offered ? mode : std::int16_t{0};
     m_ui->FrameInputLimiting->setEnabled(offered);
     for (QRadioButton *button : optInputLimit.all())
@@ -167,9 +168,7 @@ void frmMain_KeldoX2::mDevice_DUTChange()
                                                  QStringLiteral(" kHz frequency spacing"));
         }),
         whileShown([&] { showBandwidth(*unit); }), whileShown([&] { UpdateFreqs(*unit); }),
-        whileShown([&] {
-            setCurrentChannelCaption(QStringLiteral("Active Channel %1").arg(activeChannel()));
-        }),
+        whileShown([&] { setCurrentChannelCaption(Words::activeChannel(activeChannel())); }),
         whileShown([&] {
             const std::int16_t mode = unit->InputLimitingMode();
             if (isShown())
@@ -209,10 +208,10 @@ void frmMain_KeldoX2::showBandwidth(clsKeldoX &device)
 void frmMain_KeldoX2::UpdateFreqs(clsKeldoX &device)
 {
     auto &presets = app().presets;
-    presets[1]->setValue(device.StartFreq());
-    presets[2]->setValue(device.CenterFreq());
-    presets[3]->setValue(device.StopFreq());
-    for (int i = 1; i <= 3; ++i) {
+    presets[Preset::start]->setValue(device.StartFreq());
+    presets[Preset::center]->setValue(device.CenterFreq());
+    presets[Preset::stop]->setValue(device.StopFreq());
+    for (int i = Preset::start; i <= Preset::stop; ++i) {
         presets[i]->setDisplayText(numberToText(presets[i]->value()) + QStringLiteral(" MHz"));
         presets[i]->Display()->setVisible(true);
     }

@@ -1,6 +1,7 @@
 // What the main window shows and which of its controls are enabled, with and without a unit.
 #include "ui/main/frmMain_KeldoX2.h"
 
+#include "app/Words.h"
 #include "app/modMain_KeldoX2.h"
 #include "core/ResumeNext.h"
 #include "ui/main/clsPelltrim.h"
@@ -85,12 +86,11 @@ void frmMain_KeldoX2::clearTuning()
 void frmMain_KeldoX2::ClearDisplays()
 {
     m_ui->txtCurrentFreq->clear();
-    const auto channels = app().channelsWindow();
-    for (int i = 1; i <= 4; ++i) {
-        cmdSetDUTFreq(i + 3)->setText({});
-        if (channels)
-            channels->clearChannelBoxes(i);
-    }
+    for (QPushButton *button : cmdSetDUTFreq.all())
+        button->setText({});
+    if (const auto channels = app().channelsWindow())
+        for (int channel = 1; channel <= channelsPerTab; ++channel) // of the first tab alone
+            channels->clearChannelBoxes(channel);
     for (QLineEdit *box : txtFreq.all())
         box->clear();
     m_ui->txtPelltrim->clear();
@@ -102,8 +102,8 @@ void frmMain_KeldoX2::resetForSearch()
         "frmMain.resetForSearch", [this] { EnableMostControls(false); },
         [this] { disableUnitControls(); }, [this] { clearTuning(); }, [this] { ClearDisplays(); },
         [this] {
-            setStatusPanel(2, {});
-            setCurrentChannelCaption(QStringLiteral("No active channel"));
+            setStatusPanel(MainPanel::unitStatus, {});
+            setCurrentChannelCaption(Words::noActiveChannel);
             m_ui->ShapeStatusLight->setFillColor(IndicatorLight::buttonFace, tr("searching"));
             m_ui->ShapeOneBitLight->setFillColor(IndicatorLight::buttonFace, tr("off"));
         });
@@ -124,9 +124,9 @@ void frmMain_KeldoX2::showNotConnected()
 {
     disableUnitControls();
     clearTuning();
-    setStatusPanel(2, {});
+    setStatusPanel(MainPanel::unitStatus, {});
     if (activeChannel() == 0)
-        setCurrentChannelCaption(QStringLiteral("No active channel"));
+        setCurrentChannelCaption(Words::noActiveChannel);
 }
 
 void frmMain_KeldoX2::setStatusPanel(int panel, const QString &text)

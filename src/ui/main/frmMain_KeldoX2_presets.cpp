@@ -2,6 +2,7 @@
 #include "ui/main/frmMain_KeldoX2.h"
 
 #include "app/WhileGuarded.h"
+#include "app/Words.h"
 #include "core/Message.h"
 #include "core/ResumeNext.h"
 #include "core/TextNumbers.h"
@@ -9,12 +10,9 @@
 #include "ui/main/clsPresetButton.h"
 #include "ui_frmMain_KeldoX2.h"
 
-static constexpr int firstPreset = 4;
-static constexpr int lastPreset = 7;
-
 void frmMain_KeldoX2::EnablePresetsIfTheyreValid()
 {
-    for (int i = 1; i <= lastPreset; ++i)
+    for (int i = Preset::start; i <= Preset::last; ++i)
         if (const auto preset = app().presets[i])
             preset->EnableIfValid();
 }
@@ -22,7 +20,7 @@ void frmMain_KeldoX2::EnablePresetsIfTheyreValid()
 // The captions were emptied with the displays: the stored values show again.
 void frmMain_KeldoX2::showPresets()
 {
-    for (int i = firstPreset; i <= lastPreset; ++i)
+    for (int i = Preset::firstButton; i <= Preset::last; ++i)
         if (const auto preset = app().presets[i])
             preset->refresh();
 }
@@ -40,7 +38,7 @@ void frmMain_KeldoX2::cmdSetPresets_Click()
                           : tr("Then click a preset to store the current frequency in it");
             m_ui->cmdSetPresets->setToolTip(meaning);
             m_ui->cmdSetPresets->setAccessibleDescription(meaning);
-            for (int i = firstPreset; i <= lastPreset; ++i) {
+            for (int i = Preset::firstButton; i <= Preset::last; ++i) {
                 app().presets[i]->setSetMode(m_setMode);
                 app().presets[i]->setEnabled(true);
             }

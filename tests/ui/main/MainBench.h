@@ -91,7 +91,7 @@ public:
     StepSlider *slider() const { return find<StepSlider>("HScroll1"); }
     QString caption(const char *label) const { return find<QLabel>(label)->text(); }
     QString panel(int number) const { return find<PanelStatusBar>("StatusBar")->panelText(number); }
-    unsigned light() const { return find<IndicatorLight>("ShapeStatusLight")->fillColor(); }
+    QColor light() const { return find<IndicatorLight>("ShapeStatusLight")->fillColor(); }
     QAction *entry(const char *name) const { return find<QAction>(name); }
     TimerControl *polling() const { return find<TimerControl>("tmrPollingTimer"); }
 

@@ -46,7 +46,7 @@ void TestMainWindowStates::statusTurnsTheLightAndKnowsTwoTexts()
     const MainBench bench;
     bench.window->setStatusPanel(2, QStringLiteral("as before"));
     emit bench.window->device()->StatusChange(status);
-    QCOMPARE(bench.light(), green ? 0x00FF00U : 0x0000FFU);
+    QCOMPARE(bench.light(), QColor(green ? Qt::green : Qt::red));
     QCOMPARE(bench.panel(2), text);
     // Colour is never the only sign.
     const auto *light = bench.find<IndicatorLight>("ShapeStatusLight");
