@@ -2,8 +2,8 @@
 #include "support/Fixture.h"
 #include "support/TestMain.h"
 
+#include "app/Handlers.h"
 #include "app/SlotTable.h"
-#include "app/WhileGuarded.h"
 #include "core/ResumeNext.h"
 #include "platform/RunTimeError.h"
 

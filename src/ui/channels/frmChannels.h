@@ -110,13 +110,9 @@ private:
     void connectBoxes(int index);
     void hideRow(int index);
 
-    using Handler = void (clsChannel::*)();
-    using KeyHandler = void (clsChannel::*)(int keyCode);
-
     std::shared_ptr<clsChannel> channelAt(int index) const;
-    bool forward(const char *source, int index, Handler handler);
-    bool forwardKey(const char *source, int index, int keyCode, KeyHandler handler);
-    static void putBack(const ControlArray<QCheckBox> &checks, int index);
+    template <class Handler, class... PutBack>
+    void forward(const char *source, int index, Handler handler, const PutBack &...putBack);
     void onPortOptionClick(int index, int previous);
     void updateNoUnitLine(int tab);
     void mDevice_DUTChange();

@@ -1,13 +1,14 @@
 // The channels window's control events: under the guard, each goes to the channel of its index.
 #include "ui/channels/frmChannels.h"
 
-#include "app/WhileGuarded.h"
-#include "core/ResumeNext.h"
+#include "app/Handlers.h"
 #include "core/TextNumbers.h"
 #include "device/clsKeldoX.h"
 #include "discovery/PortSearch.h"
 #include "platform/RunTimeError.h"
 #include "ui/channels/clsChannel.h"
+
+#include <functional>
 
 std::shared_ptr<clsChannel> frmChannels::channelAt(int index) const
 {
@@ -18,25 +19,11 @@ std::shared_ptr<clsChannel> frmChannels::channelAt(int index) const
     return channel;
 }
 
-// Tells whether the guard let it through.
-bool frmChannels::forward(const char *source, int index, Handler handler)
+template <class Handler, class... PutBack>
+void frmChannels::forward(const char *source, int index, Handler handler, const PutBack &...putBack)
 {
-    return whileGuarded([&] {
-        reportAndEnd(source, [&] {
-            const auto channel = channelAt(index);
-            (channel.get()->*handler)();
-        });
-    });
-}
-
-bool frmChannels::forwardKey(const char *source, int index, int keyCode, KeyHandler handler)
-{
-    return whileGuarded([&] {
-        reportAndEnd(source, [&] {
-            const auto channel = channelAt(index);
-            (channel.get()->*handler)(keyCode);
-        });
-    });
+    handle(
+        source, [&] { std::invoke(handler, *channelAt(index)); }, putBack...);
 }
 
 void frmChannels::udAtten_UpClick(int index)
@@ -71,53 +58,56 @@ void frmChannels::udAGCOffset_DownClick(int index)
 }
 
 // The click has toggled the box already; refused, it shows again what is true.
-void frmChannels::putBack(const ControlArray<QCheckBox> &checks, int index)
+static auto toggleBack(const ControlArray<QCheckBox> &checks, int index)
 {
-    if (QCheckBox *check = checks.all().value(index))
-        check->toggle();
+    return IfRefused{[check = checks.all().value(index)] {
+        if (check)
+            check->toggle();
+    }};
 }
 
 void frmChannels::chkChanAGC_Click(int index)
 {
-    if (!forward("frmChannels.chkChanAGC_Click", index, &clsChannel::chkChanAGCClick))
-        putBack(m_controls.chkChanAGC, index);
+    forward("frmChannels.chkChanAGC_Click", index, &clsChannel::chkChanAGCClick,
+            toggleBack(m_controls.chkChanAGC, index));
 }
 
 void frmChannels::chkChanBYP_Click(int index)
 {
-    if (!forward("frmChannels.chkChanBYP_Click", index, &clsChannel::chkChanBYPClick))
-        putBack(m_controls.chkChanBYP, index);
+    forward("frmChannels.chkChanBYP_Click", index, &clsChannel::chkChanBYPClick,
+            toggleBack(m_controls.chkChanBYP, index));
 }
 
 void frmChannels::txtChanAtten_KeyUp(int index, int keyCode)
 {
-    forwardKey("frmChannels.txtChanAtten_KeyUp", index, keyCode, &clsChannel::txtChanAttenKeyUp);
+    forward("frmChannels.txtChanAtten_KeyUp", index,
+            [&](clsChannel &channel) { channel.txtChanAttenKeyUp(keyCode); });
 }
 
 void frmChannels::txtChanInputAtten_KeyUp(int index, int keyCode)
 {
-    forwardKey("frmChannels.txtChanInputAtten_KeyUp", index, keyCode,
-               &clsChannel::txtChanInputAttenKeyUp);
+    forward("frmChannels.txtChanInputAtten_KeyUp", index,
+            [&](clsChannel &channel) { channel.txtChanInputAttenKeyUp(keyCode); });
 }
 
 void frmChannels::txtChanAGCoffset_KeyUp(int index, int keyCode)
 {
-    forwardKey("frmChannels.txtChanAGCoffset_KeyUp", index, keyCode,
-               &clsChannel::txtChanAGCoffsetKeyUp);
+    forward("frmChannels.txtChanAGCoffset_KeyUp", index,
+            [&](clsChannel &channel) { channel.txtChanAGCoffsetKeyUp(keyCode); });
 }
+
+static const char connectSource[] = "frmChannels.optPortNum_Click";
 
 void frmChannels::optPortNum_Click(int index)
 {
     if (index > 0)
-        forward("frmChannels.optPortNum_Click", index, &clsChannel::optPortNumClick);
+        forward(connectSource, index, &clsChannel::optPortNumClick);
 }
 
 void frmChannels::onPortOptionClick(int index, int previous)
 {
-    if (app().guard().isUp())
-        optPortNum_Click(index);
-    else
-        m_controls.portOptions->select(previous);
+    forward(connectSource, index, &clsChannel::optPortNumClick,
+            IfRefused{[&] { m_controls.portOptions->select(previous); }});
 }
 
 static void tune(const std::shared_ptr<clsKeldoX> &device, double megahertz)
@@ -131,23 +121,18 @@ void frmChannels::txtChanFreq_KeyUp(int index, int keyCode)
 {
     if (keyCode != clsChannel::enterKeyCode)
         return;
-    whileGuarded([&] {
-        reportAndEnd("frmMain.txtChanFreq_KeyUp", [&] {
-            const auto megahertz = numberWithUnit(m_controls.txtChanFreq(index)->text());
-            if (megahertz)
-                tune(channelAt(index)->Device(), *megahertz);
-        });
+    handle("frmMain.txtChanFreq_KeyUp", [&] {
+        if (const auto megahertz = numberWithUnit(m_controls.txtChanFreq(index)->text()))
+            tune(channelAt(index)->Device(), *megahertz);
     });
 }
 
 void frmChannels::txtChanFreq_DblClick(int index)
 {
-    whileGuarded([&] {
-        reportAndEnd("frmMain_KeldoX2.txtChanFreq_DblClick", [&] {
-            const double megahertz = leadingNumber(m_controls.txtChanFreq(index)->text());
-            if (megahertz > 0)
-                tune(channelAt(index)->Device(), megahertz);
-        });
+    handle("frmMain_KeldoX2.txtChanFreq_DblClick", [&] {
+        const double megahertz = leadingNumber(m_controls.txtChanFreq(index)->text());
+        if (megahertz > 0)
+            tune(channelAt(index)->Device(), megahertz);
     });
 }
 

@@ -1,7 +1,7 @@
 // The fine-tuning binder.
 #include "ui/main/clsPelltrim.h"
 
-#include "app/WhileGuarded.h"
+#include "app/Handlers.h"
 #include "core/ResumeNext.h"
 #include "core/TextNumbers.h"
 #include "widgets/EntryEvents.h"
@@ -112,10 +112,9 @@ void clsPelltrim::mchkZNcal_Click()
     if (!mchkZNcal->isEnabled())
         return;
     const bool on = mchkZNcal->isChecked();
-    const bool ran =
-        whileGuarded([&] { reportAndEnd("clsZN.mchkZNcal_Click", [&] { setCalMode(on); }); });
-    if (!ran)
-        mchkZNcal->setChecked(m_calibrated);
+    handle(
+        "clsZN.mchkZNcal_Click", [&] { setCalMode(on); },
+        IfRefused{[this] { mchkZNcal->setChecked(m_calibrated); }});
 }
 
 // The unit may refuse the mode, and old ones have none: the controls follow what it really has.
@@ -179,19 +178,17 @@ void clsPelltrim::send(std::int16_t clicks)
         m_waiting = clicks;
         return;
     }
-    const bool ran = whileGuarded([&] {
-        const QScopedValueRollback sending(m_sending, true);
-        reportAndEnd("clsZN.mHScrollZN_Change", [&] { sendAllWaiting(clicks); });
-    });
-    if (!ran) {
-        endDrag();
-        if (m_setting)
-            showClicks(*m_setting);
-    }
+    handle(
+        "clsZN.mHScrollZN_Change", [&] { sendAllWaiting(clicks); }, IfRefused{[this] {
+            endDrag();
+            if (m_setting)
+                showClicks(*m_setting);
+        }});
 }
 
 void clsPelltrim::sendAllWaiting(std::int16_t clicks)
 {
+    const QScopedValueRollback sending(m_sending, true);
     const auto unit = mDevice;
     const int disables = m_disables;
     std::optional<std::int16_t> next = clicks;

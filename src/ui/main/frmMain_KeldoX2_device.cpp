@@ -1,8 +1,8 @@
 // How the main window follows the unit: its events become displays, and its requests are answered.
 #include "ui/main/frmMain_KeldoX2.h"
 
+#include "app/Handlers.h"
 #include "app/Units.h"
-#include "app/WhileGuarded.h"
 #include "app/Words.h"
 #include "app/modMain_KeldoX2.h"
 #include "core/ResumeNext.h"
@@ -137,13 +137,11 @@ void frmMain_KeldoX2::ShowInputLimitingMode(std::int16_t mode)
 
 void frmMain_KeldoX2::optInputLimit_Click(int index)
 {
-    const auto unit = mDevice;
-    whileGuarded([&] {
-        reportAndEnd("frmMain.optInputLimit_Click",
-                     [&] { unit->setInputLimitingMode(static_cast<std::int16_t>(index)); });
-    });
     // Refused, or not sent at all: the buttons show the mode that the unit has.
-    m_inputLimits.select(m_inputLimitingMode);
+    handle(
+        "frmMain.optInputLimit_Click",
+        [index, unit = mDevice] { unit->setInputLimitingMode(static_cast<std::int16_t>(index)); },
+        Afterwards{[this] { m_inputLimits.select(m_inputLimitingMode); }});
 }
 
 // Each step that follows a wait looks whether the unit is still the one that is shown.

@@ -2,7 +2,7 @@
 // information windows.
 #include "ui/main/frmMain_KeldoX2.h"
 
-#include "app/WhileGuarded.h"
+#include "app/Handlers.h"
 #include "core/ResumeNext.h"
 #include "core/TextNumbers.h"
 #include "platform/EventQueue.h"
@@ -35,20 +35,18 @@ void frmMain_KeldoX2::mnuConnectKnownComport_Click()
 // and the interval stays as it was.
 void frmMain_KeldoX2::mnuPollingInterval_Click()
 {
-    whileGuarded([this] {
-        reportAndEnd("frmMain_KeldoX2.mnuPollingInterval_Click", [this] {
-            frmInputBox box;
-            box.setResultType(frmInputBox::Number);
-            box.setDefaultValue(QStringLiteral("1000"));
-            box.setText(QStringLiteral("Enter an interval (in milliseconds)"));
-            box.showModal();
-            if (box.answerStatus() != frmInputBox::Entered)
-                return;
-            const auto *number = std::get_if<double>(&box.result());
-            const std::int16_t interval = toInt16(number ? *number : defaultIntervalMs);
-            if (interval >= 0)
-                tmrPollingTimer.setInterval(interval);
-        });
+    handle("frmMain_KeldoX2.mnuPollingInterval_Click", [this] {
+        frmInputBox box;
+        box.setResultType(frmInputBox::Number);
+        box.setDefaultValue(QStringLiteral("1000"));
+        box.setText(QStringLiteral("Enter an interval (in milliseconds)"));
+        box.showModal();
+        if (box.answerStatus() != frmInputBox::Entered)
+            return;
+        const auto *number = std::get_if<double>(&box.result());
+        const std::int16_t interval = toInt16(number ? *number : defaultIntervalMs);
+        if (interval >= 0)
+            tmrPollingTimer.setInterval(interval);
     });
 }
 

@@ -2,7 +2,7 @@
 #include "ui/main/frmMain_KeldoX2.h"
 
 #include "app/AppState.h"
-#include "app/WhileGuarded.h"
+#include "app/Handlers.h"
 #include "app/modSearchPorts.h"
 #include "core/ResumeNext.h"
 #include "platform/EventQueue.h"
@@ -70,11 +70,9 @@ void frmMain_KeldoX2::mnuEnablePolling_Click()
 {
     const bool before = !m_ui->mnuEnablePolling->isChecked();
     m_ui->mnuEnablePolling->setChecked(before);
-    whileGuarded([this, before] {
-        reportAndEnd("frmMain_KeldoX2.mnuEnablePolling_Click", [this, before] {
-            tmrPollingTimer.setEnabled(false);
-            m_ui->mnuEnablePolling->setChecked(!before);
-            tmrPollingTimer.setEnabled(!before);
-        });
+    handle("frmMain_KeldoX2.mnuEnablePolling_Click", [this, before] {
+        tmrPollingTimer.setEnabled(false);
+        m_ui->mnuEnablePolling->setChecked(!before);
+        tmrPollingTimer.setEnabled(!before);
     });
 }

@@ -1,7 +1,7 @@
 // The preset buttons of the main window and the mode in which they are set.
 #include "ui/main/frmMain_KeldoX2.h"
 
-#include "app/WhileGuarded.h"
+#include "app/Handlers.h"
 #include "app/Words.h"
 #include "core/Message.h"
 #include "core/ResumeNext.h"
@@ -27,22 +27,20 @@ void frmMain_KeldoX2::showPresets()
 
 void frmMain_KeldoX2::cmdSetPresets_Click()
 {
-    whileGuarded([this] {
-        reportAndEnd("frmMain.cmdSetPresets_Click", [this] {
-            m_setMode = !m_setMode;
-            setBackColor(*m_ui->cmdSetPresets, m_setMode ? clsPresetButton::setModeColor
-                                                         : clsPresetButton::buttonFaceColor);
-            const QString meaning =
-                m_setMode ? tr("Setting presets: click a preset to store the current frequency, "
-                               "then click here again")
-                          : tr("Then click a preset to store the current frequency in it");
-            m_ui->cmdSetPresets->setToolTip(meaning);
-            m_ui->cmdSetPresets->setAccessibleDescription(meaning);
-            for (int i = Preset::firstButton; i <= Preset::last; ++i) {
-                app().presets[i]->setSetMode(m_setMode);
-                app().presets[i]->setEnabled(true);
-            }
-        });
+    handle("frmMain.cmdSetPresets_Click", [this] {
+        m_setMode = !m_setMode;
+        setBackColor(*m_ui->cmdSetPresets,
+                     m_setMode ? clsPresetButton::setModeColor : clsPresetButton::buttonFaceColor);
+        const QString meaning =
+            m_setMode ? tr("Setting presets: click a preset to store the current frequency, "
+                           "then click here again")
+                      : tr("Then click a preset to store the current frequency in it");
+        m_ui->cmdSetPresets->setToolTip(meaning);
+        m_ui->cmdSetPresets->setAccessibleDescription(meaning);
+        for (int i = Preset::firstButton; i <= Preset::last; ++i) {
+            app().presets[i]->setSetMode(m_setMode);
+            app().presets[i]->setEnabled(true);
+        }
     });
 }
 
@@ -65,18 +63,15 @@ static void tellThatPresetIsNotSet()
 
 void frmMain_KeldoX2::cmdSetDUTFreq_Click(int index)
 {
-    const auto unit = mDevice;
     const auto preset = app().presets[index];
-    whileGuarded([&] {
-        reportAndEnd("frmMain.cmdSetDUTFreq_Click", [&] {
-            if (preset->SetMode()) {
-                preset->setValue(shownFrequency(m_ui->txtCurrentFreq->text()));
-                preset->SaveToPersistantStorage();
-            } else if (preset->value() <= 0) {
-                tellThatPresetIsNotSet();
-            } else {
-                unit->setCurrentFreq(preset->value());
-            }
-        });
+    handle("frmMain.cmdSetDUTFreq_Click", [this, preset, unit = mDevice] {
+        if (preset->SetMode()) {
+            preset->setValue(shownFrequency(m_ui->txtCurrentFreq->text()));
+            preset->SaveToPersistantStorage();
+        } else if (preset->value() <= 0) {
+            tellThatPresetIsNotSet();
+        } else {
+            unit->setCurrentFreq(preset->value());
+        }
     });
 }

@@ -2,7 +2,7 @@
 // unit's frequency.
 #include "ui/main/frmMain_KeldoX2.h"
 
-#include "app/WhileGuarded.h"
+#include "app/Handlers.h"
 #include "core/ResumeNext.h"
 #include "core/TextNumbers.h"
 #include "device/clsKeldoX.h"
@@ -15,27 +15,25 @@
 // afterwards, so that the next frequency replaces it.
 void frmMain_KeldoX2::txtCurrentFreq_KeyUp()
 {
-    const auto unit = mDevice;
-    whileGuarded([&] {
-        reportAndEnd("frmMain.txtCurrentFreq_KeyUp", [&] {
+    handle(
+        "frmMain.txtCurrentFreq_KeyUp",
+        [this, unit = mDevice] {
             if (const auto megahertz = numberWithUnit(m_ui->txtCurrentFreq->text()))
                 unit->setCurrentFreq(*megahertz);
-        });
-    });
-    if (m_ui->txtCurrentFreq->hasFocus())
-        m_ui->txtCurrentFreq->selectAll();
+        },
+        Afterwards{[this] {
+            if (m_ui->txtCurrentFreq->hasFocus())
+                m_ui->txtCurrentFreq->selectAll();
+        }});
 }
 
 // Sends the frequency shown once more.
 void frmMain_KeldoX2::txtCurrentFreq_DblClick()
 {
-    const auto unit = mDevice;
-    whileGuarded([&] {
-        reportAndEnd("frmMain.txtCurrentFreq_DblClick", [&] {
-            const double megahertz = leadingNumber(m_ui->txtCurrentFreq->text());
-            if (megahertz > 0)
-                unit->setCurrentFreq(megahertz);
-        });
+    handle("frmMain.txtCurrentFreq_DblClick", [this, unit = mDevice] {
+        const double megahertz = leadingNumber(m_ui->txtCurrentFreq->text());
+        if (megahertz > 0)
+            unit->setCurrentFreq(megahertz);
     });
 }
 
@@ -54,10 +52,10 @@ void frmMain_KeldoX2::HScroll1_Change()
     if (!m_ui->HScroll1->isEnabled() || !m_sliderEvents)
         return;
     const qint32 step = m_ui->HScroll1->value() * app().sliderScale;
-    whileGuarded([&] { sendStep(step); });
     // A step that was refused, or that the unit ignores because rounding took it beyond the
     // maximum: slider and box go back to where the unit is.
-    followUnit();
+    handle(
+        "frmMain.HScroll1_Change", [&] { sendStep(step); }, Afterwards{[this] { followUnit(); }});
 }
 
 // The slider is disabled meanwhile, so that no second change arrives while the unit works.
@@ -66,7 +64,7 @@ void frmMain_KeldoX2::sendStep(qint32 step)
     const auto unit = mDevice;
     const int disables = m_disables;
     WhileDisabled hold(m_ui->HScroll1);
-    reportAndEnd("frmMain.HScroll1_Change", [&] { unit->setCurrentStep(step); });
+    unit->setCurrentStep(step);
     if (disables != m_disables)
         hold.keepDisabled();
 }
