@@ -61,13 +61,6 @@ const ChannelRowControls &clsChannel::row() const
     return *m_row;
 }
 
-// While a reply is awaited anything may happen: another unit may take the channel, and a unit that
-// is unplugged disables the row.
-bool clsChannel::isStill(const std::shared_ptr<clsKeldoX> &device, int timesDisabled) const
-{
-    return m_device == device && m_timesDisabled == timesDisabled;
-}
-
 void clsChannel::setDevice(std::shared_ptr<clsKeldoX> device)
 {
     if (device == m_device)
@@ -75,6 +68,7 @@ void clsChannel::setDevice(std::shared_ptr<clsKeldoX> device)
     if (m_device)
         m_device->disconnect(this);
     m_device = std::move(device);
+    m_bound.renew();
     m_optionsRead = false;
     m_options = {};
     m_connectFailed = false;
@@ -111,6 +105,7 @@ void clsChannel::setStatus(int status)
 void clsChannel::getOptions()
 {
     const auto device = unit();
+    const Still bound = m_bound.still();
     UnitOptions options;
     options.hasAtten = device->HasAtten();
     options.hasInputAtten = device->HasInputAtten();
@@ -119,7 +114,7 @@ void clsChannel::getOptions()
     options.hasAGC = device->HasAGC();
     options.hasAGCOffset = device->HasAGCOffset();
     options.hasBypass = device->HasBypass();
-    if (device != m_device)
+    if (!bound)
         return;
     m_options = options;
     m_optionsRead = true;
@@ -164,11 +159,12 @@ void clsChannel::EnableOrDisableControlsAsAppropriate()
 {
     const auto keepAlive = weak_from_this().lock();
     const auto device = unit();
-    const int timesDisabled = m_timesDisabled;
+    const Still bound = m_bound.still();
+    const Still enabled = m_enabled.still();
     readOptionsOnce();
     const bool agcOn = m_options.hasAGC && device->AGC();
     const bool offsetEnabled = agcOn && device->HasAGCOffset();
-    if (!isStill(device, timesDisabled))
+    if (!bound || !enabled)
         return;
     const ChannelRowControls &to = row();
     setEnabled({to.lblPortNum, to.txtChanFreq}, true);
@@ -177,7 +173,7 @@ void clsChannel::EnableOrDisableControlsAsAppropriate()
 
     m_options.hasInputAtten = device->HasInputAtten();
     const double inputAttenuation = inputAttenuationOf(*device);
-    if (!isStill(device, timesDisabled))
+    if (!bound || !enabled)
         return;
     to.txtChanInputAtten->setText(numberToText(inputAttenuation));
     setEnabled({to.txtChanInputAtten, to.udInputAtten}, m_options.hasInputAtten);
@@ -186,7 +182,7 @@ void clsChannel::EnableOrDisableControlsAsAppropriate()
 
 void clsChannel::DisableControls()
 {
-    ++m_timesDisabled;
+    m_enabled.renew();
     if (!m_row)
         return;
     const ChannelRowControls &to = *m_row;

@@ -6,6 +6,7 @@
 #pragma once
 
 #include "app/Views.h"
+#include "core/Presence.h"
 #include "ui/channels/ChannelControls.h"
 #include "ui/channels/ChannelsHost.h"
 
@@ -114,7 +115,6 @@ private:
     void sendTyped(int keyCode, const QLineEdit &box, Setting setting);
     void stepBy(UpDown &arrows, QLineEdit &box, double change, double lowest, double highest,
                 Setting setting);
-    bool isStill(const std::shared_ptr<clsKeldoX> &device, int timesDisabled) const;
     void onLinkLost();
 
     HostSource m_hostSource;
@@ -122,6 +122,8 @@ private:
     std::shared_ptr<const ChannelControls> m_controls;
     std::optional<ChannelRowControls> m_row;
     std::shared_ptr<clsKeldoX> m_device;
+    Presence m_bound;   // of the unit in the channel
+    Presence m_enabled; // of a row that is switched on
 
     std::int16_t m_index = 0;
     std::int16_t m_channelNumber = 0;
@@ -136,5 +138,4 @@ private:
 
     bool m_unitAnswered = false;  // since the last try to connect
     bool m_connectFailed = false; // the last try; the unit is not asked before the next one
-    int m_timesDisabled = 0;      // tells a wait that the row was disabled under it
 };

@@ -106,8 +106,9 @@ void clsChannel::chkChanAGCClick()
         row().chkChanAGC->setChecked(!on);
         return;
     }
+    const Still bound = m_bound.still();
     device->setAGC(on);
-    if (device == m_device)
+    if (bound)
         EnableOrDisableControlsAsAppropriate();
 }
 
@@ -123,9 +124,10 @@ void clsChannel::optPortNumClick()
         InitChannel();
     m_connectFailed = false;
     m_unitAnswered = false;
+    const Still bound = m_bound.still();
     auto device = before;
     ConnectToDevice(device, m_index);
-    if (m_device == before)
+    if (bound)
         setDevice(device);
     if (m_unitAnswered)
         return;

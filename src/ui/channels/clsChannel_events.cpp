@@ -5,16 +5,17 @@
 #include "core/TextNumbers.h"
 #include "device/clsKeldoX.h"
 
+#include <QScopeGuard>
+
 // Units that may lack what they are asked for answer with an error word, which is no news: no box.
 template <class Ask> static double askQuietly(clsKeldoX &device, bool quiet, Ask ask)
 {
-    const bool displayed = device.displaysErrors();
-    if (quiet)
-        device.setDisplayErrors(false);
-    const double answer = (device.*ask)();
-    if (quiet)
-        device.setDisplayErrors(displayed);
-    return answer;
+    if (!quiet)
+        return (device.*ask)();
+    const auto putBack = qScopeGuard(
+        [&device, displayed = device.displaysErrors()] { device.setDisplayErrors(displayed); });
+    device.setDisplayErrors(false);
+    return (device.*ask)();
 }
 
 double clsChannel::offsetOf(clsKeldoX &device) const
@@ -47,13 +48,14 @@ void clsChannel::m_Device_AGCChange(bool agcOn)
     const auto keepAlive = weak_from_this().lock();
     reportAndEnd("clsChannel.m_Device_AGCChange", [&] {
         const auto device = unit();
+        const Still bound = m_bound.still();
         const ChannelRowControls &to = row();
         m_agcActive = agcOn;
         to.chkChanAGC->setChecked(agcOn);
         if (agcOn) {
             to.txtChanAtten->clear();
             const double offset = offsetOf(*device);
-            if (device == m_device)
+            if (bound)
                 to.txtChanAGCoffset->setText(numberToText(offset));
             return;
         }
@@ -61,7 +63,7 @@ void clsChannel::m_Device_AGCChange(bool agcOn)
         if (!m_options.hasAtten)
             return;
         const double attenuation = device->atten();
-        if (device == m_device)
+        if (bound)
             to.txtChanAtten->setText(numberToText(attenuation));
     });
 }
@@ -105,8 +107,9 @@ void clsChannel::m_Device_AGCOffsetChange(double decibels)
 
 void clsChannel::showOffset(clsKeldoX &device)
 {
+    const Still bound = m_bound.still();
     const double offset = device.HasAGCOffset() ? device.attenOffset() : 0;
-    if (&device == m_device.get())
+    if (bound)
         row().txtChanAGCoffset->setText(numberToText(offset));
 }
 
@@ -122,16 +125,17 @@ void clsChannel::m_Device_DUTChange()
             device = unit();
         }))
         return;
-    const int timesDisabled = m_timesDisabled;
+    const Still bound = m_bound.still();
+    const Still enabled = m_enabled.still();
     const auto ifStill = [&](const auto &step) {
         return [&] {
-            if (isStill(device, timesDisabled))
+            if (bound && enabled)
                 step();
         };
     };
     const auto bypass = [&] {
         const bool on = device->HasBypass() && device->Bypass();
-        if (device == m_device)
+        if (bound)
             row().chkChanBYP->setChecked(on);
     };
     const auto offset = [&] { showOffset(*device); };

@@ -34,7 +34,8 @@ void clsPelltrim::setDevice(std::shared_ptr<clsKeldoX> device)
     if (mDevice)
         disconnect(mDevice.get(), nullptr, this, nullptr);
     mDevice = std::move(device);
-    m_linkLost = false;
+    m_tunable.renew();
+    m_reportsAreStale = false;
     m_setting.reset();
     m_waiting.reset();
     if (!mDevice)
@@ -44,14 +45,14 @@ void clsPelltrim::setDevice(std::shared_ptr<clsKeldoX> device)
     connect(unit, &clsKeldoX::ZNChange, this, &clsPelltrim::mDevice_ZNChange);
     connect(unit, &clsKeldoX::ZNcalModeChange, this, &clsPelltrim::mDevice_ZNcalModeChange);
     connect(unit, &clsKeldoX::LinkLost, this, [this] {
-        m_linkLost = true;
+        m_reportsAreStale = true;
         DisableControls();
     });
 }
 
 void clsPelltrim::DisableControls()
 {
-    ++m_disables;
+    m_tunable.renew();
     m_waiting.reset();
     mtxtZN->clear();
     mHScrollZN->setEnabled(false);
@@ -60,15 +61,9 @@ void clsPelltrim::DisableControls()
     m_frame->setEnabled(false);
 }
 
-// A reply was awaited: the same unit is still shown and nobody switched the controls off.
-bool clsPelltrim::isStill(const std::shared_ptr<clsKeldoX> &device, int disables) const
-{
-    return device == mDevice && disables == m_disables;
-}
-
 void clsPelltrim::mDevice_DUTChange()
 {
-    m_linkLost = false;
+    m_reportsAreStale = false;
     reportAndEnd("clsZN.DUT_DUTChange", [this] {
         const auto unit = mDevice;
         if (unit->HasPelltrim())
@@ -80,8 +75,7 @@ void clsPelltrim::mDevice_DUTChange()
 
 void clsPelltrim::showUnit(clsKeldoX &unit)
 {
-    const auto shown = mDevice;
-    const int disables = m_disables;
+    const Still tunable = m_tunable.still();
     {
         const QScopedValueRollback quiet(m_eventsEnabled, false);
         mHScrollZN->setRange(clsKeldoX::MinPelltrimAbsoluteSetting,
@@ -92,7 +86,7 @@ void clsPelltrim::showUnit(clsKeldoX &unit)
     mchkZNcal->setChecked(m_calibrated);
     // In calibrated mode the unit uses its calibration value, whatever was set.
     const std::int16_t clicks = m_calibrated ? unit.PelltrimCal() : unit.Pelltrim();
-    if (!isStill(shown, disables))
+    if (!tunable)
         return;
     showClicks(clicks);
     enableFor(m_calibrated);
@@ -102,7 +96,7 @@ void clsPelltrim::showUnit(clsKeldoX &unit)
 void clsPelltrim::enableFor(bool calibrated)
 {
     if (calibrated)
-        ++m_disables;
+        m_tunable.renew();
     mHScrollZN->setEnabled(!calibrated);
     mtxtZN->setEnabled(!calibrated);
 }
@@ -121,9 +115,9 @@ void clsPelltrim::mchkZNcal_Click()
 void clsPelltrim::setCalMode(bool on)
 {
     const auto unit = mDevice;
-    const int disables = m_disables;
+    const Still tunable = m_tunable.still();
     unit->setZN_calMode(on);
-    if (!isStill(unit, disables))
+    if (!tunable)
         return;
     mchkZNcal->setChecked(m_calibrated);
     enableFor(m_calibrated);
@@ -142,10 +136,10 @@ void clsPelltrim::mHScrollZN_Change()
         send(clicks);
         return;
     }
-    const int disables = m_disables;
+    const Still tunable = m_tunable.still();
     WhileDisabled hold(mHScrollZN);
     send(clicks);
-    if (disables != m_disables)
+    if (!tunable)
         hold.keepDisabled();
 }
 
@@ -190,9 +184,9 @@ void clsPelltrim::sendAllWaiting(std::int16_t clicks)
 {
     const QScopedValueRollback sending(m_sending, true);
     const auto unit = mDevice;
-    const int disables = m_disables;
+    const Still tunable = m_tunable.still();
     std::optional<std::int16_t> next = clicks;
-    while (next && isStill(unit, disables)) {
+    while (next && tunable) {
         m_waiting.reset();
         unit->setPelltrim(*next);
         if (unit->lastStatus() != clsKeldoX::Good) {
@@ -223,7 +217,7 @@ void clsPelltrim::endDrag()
 void clsPelltrim::mDevice_ZNChange(qint16 setting)
 {
     reportAndEnd("clsZN.DUT_ZNChange", [&] {
-        if (!m_linkLost)
+        if (!m_reportsAreStale)
             showClicks(setting);
     });
 }

@@ -2,6 +2,7 @@
 // them) to the unit whose fine offset they show.
 #pragma once
 
+#include "core/Presence.h"
 #include "device/clsKeldoX.h"
 
 #include <optional>
@@ -35,7 +36,6 @@ private:
     void mHScrollZN_Released();
     void mtxtZN_Enter(const char *source);
 
-    bool isStill(const std::shared_ptr<clsKeldoX> &device, int disables) const;
     void send(std::int16_t clicks);
     void sendAllWaiting(std::int16_t clicks);
     void showClicks(std::int16_t clicks);
@@ -54,8 +54,8 @@ private:
     bool m_eventsEnabled = true;           // down while code moves the scroll bar
     bool m_calibrated = false;             // the mode that the unit has
     std::optional<std::int16_t> m_setting; // last heard from the unit
-    bool m_linkLost = false;
+    bool m_reportsAreStale = false;        // the unit went away
     bool m_sending = false;
     std::optional<std::int16_t> m_waiting; // the newest value given while one is being sent
-    int m_disables = 0;                    // counts who switched the controls off meanwhile
+    Presence m_tunable;                    // of a unit behind controls that are switched on
 };

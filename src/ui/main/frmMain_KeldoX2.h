@@ -4,6 +4,7 @@
 #pragma once
 
 #include "app/Views.h"
+#include "core/Presence.h"
 #include "platform/TimerControl.h"
 #include "widgets/ControlArray.h"
 #include "widgets/OptionSet.h"
@@ -146,8 +147,8 @@ private:
     std::optional<Tuning> m_tuning; // where the unit is, as last heard from it
     std::int16_t m_inputLimitingMode = 0;
     bool m_firstActivation = true;
-    bool m_sliderEvents = false; // down while code moves the slider
-    bool m_setMode = false;      // of the presets
-    bool m_linkLost = false;     // the unit went away; what it still reports is stale
-    int m_disables = 0;          // counts who switched the unit's controls off meanwhile
+    bool m_sliderEvents = false;    // down while code moves the slider
+    bool m_setMode = false;         // of the presets
+    bool m_reportsAreStale = false; // the unit went away
+    Presence m_shown;               // of a unit behind controls that are switched on
 };

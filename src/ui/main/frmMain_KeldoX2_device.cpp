@@ -24,7 +24,8 @@ void frmMain_KeldoX2::setDevice(std::shared_ptr<clsKeldoX> device)
     if (mDevice)
         disconnect(mDevice.get(), nullptr, this, nullptr);
     mDevice = device ? std::move(device) : makeUnit();
-    m_linkLost = false;
+    m_shown.renew();
+    m_reportsAreStale = false;
     m_tuning.reset();
     m_ui->ShapeOneBitLight->setFillColor(IndicatorLight::buttonFace, tr("off"));
 
@@ -101,7 +102,8 @@ void frmMain_KeldoX2::showCommunicationFailure()
 
 void frmMain_KeldoX2::mDevice_LinkLost()
 {
-    m_linkLost = true;
+    m_shown.renew();
+    m_reportsAreStale = true;
     resumeNext(
         "formMain.DUT_LinkLost", [this] { showCommunicationFailure(); },
         [this] { setStatusPanel(MainPanel::connection, Words::notConnected); },
@@ -111,14 +113,14 @@ void frmMain_KeldoX2::mDevice_LinkLost()
 void frmMain_KeldoX2::mDevice_InputLimitingModeChange(qint16 mode)
 {
     reportAndEnd("formMain.DUT_InputLimitingModeChange", [&] {
-        if (!m_linkLost)
+        if (!m_reportsAreStale)
             ShowInputLimitingMode(mode);
     });
 }
 
 void frmMain_KeldoX2::mDevice_InputAttenChange(double decibels)
 {
-    if (decibels > 0 && !m_linkLost)
+    if (decibels > 0 && !m_reportsAreStale)
         m_ui->ShapeOneBitLight->setFillColor(IndicatorLight::amber,
                                              numberToText(decibels) + tr(" dB"));
     else
@@ -148,12 +150,12 @@ void frmMain_KeldoX2::optInputLimit_Click(int index)
 void frmMain_KeldoX2::mDevice_DUTChange()
 {
     const auto unit = mDevice;
-    m_linkLost = false;
+    const Still shown = m_shown.still();
+    m_reportsAreStale = false;
     const QScopedValueRollback quiet(m_sliderEvents, false);
-    const auto isShown = [&] { return unit == mDevice && !m_linkLost; };
     const auto whileShown = [&](auto step) {
         return [&, step] {
-            if (isShown())
+            if (shown)
                 step();
         };
     };
@@ -161,7 +163,7 @@ void frmMain_KeldoX2::mDevice_DUTChange()
         "frmMain.mDevice_DUTChange", [&] { showSliderRange(*unit); }, whileShown([&] {
             const QString spacing =
                 numberToTextWithBlank(unit->ChannelSpacing() / hertzPerKilohertz);
-            if (isShown())
+            if (shown)
                 m_ui->lblChannelSpacing->setText(spacing +
                                                  QStringLiteral(" kHz frequency spacing"));
         }),
@@ -169,7 +171,7 @@ void frmMain_KeldoX2::mDevice_DUTChange()
         whileShown([&] { setCurrentChannelCaption(Words::activeChannel(activeChannel())); }),
         whileShown([&] {
             const std::int16_t mode = unit->InputLimitingMode();
-            if (isShown())
+            if (shown)
                 ShowInputLimitingMode(mode);
         }),
         whileShown([&] {

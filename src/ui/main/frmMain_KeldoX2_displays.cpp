@@ -43,7 +43,7 @@ void frmMain_KeldoX2::selectFrequency()
 void frmMain_KeldoX2::EnableMostControls(bool enabled)
 {
     if (!enabled) {
-        ++m_disables;
+        m_shown.renew();
         letGoOfFocus();
     }
     reportAndEnd("frmMain.EnableMostControls", [&] {
@@ -61,7 +61,7 @@ void frmMain_KeldoX2::EnableMostControls(bool enabled)
 // What acts on the unit or shows its values; presets can be looked at and set without one.
 void frmMain_KeldoX2::disableUnitControls()
 {
-    ++m_disables;
+    m_shown.renew();
     if (m_ui->txtCurrentFreq->hasFocus() || m_ui->HScroll1->hasFocus())
         letGoOfFocus();
     m_ui->txtCurrentFreq->setEnabled(false);

@@ -62,10 +62,10 @@ void frmMain_KeldoX2::HScroll1_Change()
 void frmMain_KeldoX2::sendStep(qint32 step)
 {
     const auto unit = mDevice;
-    const int disables = m_disables;
+    const Still shown = m_shown.still();
     WhileDisabled hold(m_ui->HScroll1);
     unit->setCurrentStep(step);
-    if (disables != m_disables)
+    if (!shown)
         hold.keepDisabled();
 }
 
@@ -78,7 +78,7 @@ void frmMain_KeldoX2::HScroll1_Released()
 
 void frmMain_KeldoX2::mDevice_FreqChange(qint32 step, double freqMHz)
 {
-    if (m_linkLost)
+    if (m_reportsAreStale)
         return;
     m_tuning = Tuning{step, freqMHz};
     followUnit();
