@@ -8,15 +8,15 @@
 #include "platform/Application.h"
 #include "platform/EventQueue.h"
 #include "ui/dialogs/frmPasswordBox.h"
+#include "ui/main/Polling.h"
+#include "ui/main/Presets.h"
+#include "ui/main/Tuning.h"
 #include "ui/main/clsPelltrim.h"
-#include "ui/main/clsPresetButton.h"
 #include "ui_frmMain_KeldoX2.h"
-#include "widgets/EntryEvents.h"
 
 #include <QApplication>
 #include <QCloseEvent>
 #include <QHelpEvent>
-#include <QShortcut>
 #include <QTimer>
 #include <QToolTip>
 
@@ -26,15 +26,12 @@ frmMain_KeldoX2::frmMain_KeldoX2() : m_ui(std::make_unique<Ui::frmMain_KeldoX2>(
 {
     m_ui->setupUi(this);
     m_ui->StatusBar->setPanels({5, 2});
-    tmrPollingTimer.setParent(this);
-    tmrPollingTimer.setObjectName(QStringLiteral("tmrPollingTimer"));
     tmr1.setParent(this);
     tmr1.setObjectName(QStringLiteral("tmr1"));
     elapseOnTimer(&tmr1);
     bindControls();
     bindMenus();
     styleControls();
-    addShortcuts();
     frmMain_KeldoX2::setDevice(makeUnit());
 }
 
@@ -42,26 +39,13 @@ frmMain_KeldoX2::~frmMain_KeldoX2() = default;
 
 void frmMain_KeldoX2::bindControls()
 {
-    txtFreq.insert({m_ui->txtFreq_1, m_ui->txtFreq_2, m_ui->txtFreq_3}, Preset::start);
+    m_tuning = std::make_unique<Tuning>(*m_ui, m_shown);
+    m_presets = std::make_unique<Presets>(*m_ui, m_shown);
+    m_polling = std::make_unique<Polling>(*m_ui, this);
     optInputLimit.insert({m_ui->optInputLimit_1, m_ui->optInputLimit_2, m_ui->optInputLimit_3}, 1);
-    for (int mode = 1; mode <= inputLimitingModes; ++mode)
+    for (const int mode : optInputLimit.all().keys())
         m_inputLimits.add(mode, optInputLimit(mode));
-    cmdSetDUTFreq.insert({m_ui->cmdSetDUTFreq_4, m_ui->cmdSetDUTFreq_5, m_ui->cmdSetDUTFreq_6,
-                          m_ui->cmdSetDUTFreq_7},
-                         Preset::firstButton);
-    for (int i = Preset::firstButton; i <= Preset::last; ++i)
-        connect(cmdSetDUTFreq(i), &QPushButton::clicked, this,
-                [this, i] { cmdSetDUTFreq_Click(i); });
     connect(&m_inputLimits, &OptionSet::Click, this, &frmMain_KeldoX2::optInputLimit_Click);
-    connect(m_ui->cmdSetPresets, &QPushButton::clicked, this,
-            &frmMain_KeldoX2::cmdSetPresets_Click);
-    const auto *entry = EntryEvents::watch(m_ui->txtCurrentFreq);
-    connect(entry, &EntryEvents::EnterUp, this, &frmMain_KeldoX2::txtCurrentFreq_KeyUp);
-    connect(entry, &EntryEvents::DblClick, this, &frmMain_KeldoX2::txtCurrentFreq_DblClick);
-    const StepSlider *slider = m_ui->HScroll1;
-    connect(slider, &StepSlider::sliderMoved, this, &frmMain_KeldoX2::HScroll1_Scroll);
-    connect(slider, &StepSlider::valueChanged, this, &frmMain_KeldoX2::HScroll1_Change);
-    connect(slider, &StepSlider::sliderReleased, this, &frmMain_KeldoX2::HScroll1_Released);
 }
 
 static const double heroScale = 2.6; // of the window's own font, and at most three times that
@@ -107,38 +91,24 @@ void frmMain_KeldoX2::styleControls()
     QPalette display = palette();
     display.setColor(QPalette::Base, palette().color(QPalette::Window));
     const int displayWidth = fontMetrics().horizontalAdvance(QStringLiteral("0000.000000 MHz 0"));
-    for (QLineEdit *box : txtFreq.all()) {
+    for (QLineEdit *box : {m_ui->txtFreq_1, m_ui->txtFreq_2, m_ui->txtFreq_3}) {
         box->setPalette(display); // shows, and does not invite to type
         box->setFixedWidth(displayWidth);
     }
     m_ui->txtPelltrim->setFixedWidth(fontMetrics().horizontalAdvance(QStringLiteral("000000000")));
-    for (QPushButton *button : cmdSetDUTFreq.all())
+    for (QPushButton *button : {m_ui->cmdSetDUTFreq_4, m_ui->cmdSetDUTFreq_5, m_ui->cmdSetDUTFreq_6,
+                                m_ui->cmdSetDUTFreq_7})
         button->setMinimumSize(fontMetrics().horizontalAdvance(QStringLiteral(" 0000.000000 ")),
                                fontMetrics().height() * 2);
     m_ui->cmdSetPresets->setMinimumHeight(fontMetrics().height() * 2);
     resize(fontMetrics().height() * 46, fontMetrics().height() * 31);
 }
 
-void frmMain_KeldoX2::addShortcuts()
-{
-    const auto *frequency = new QShortcut(QKeySequence(QStringLiteral("Ctrl+F")), this);
-    connect(frequency, &QShortcut::activated, this, &frmMain_KeldoX2::selectFrequency);
-    const auto *slider = new QShortcut(QKeySequence(QStringLiteral("Ctrl+T")), this);
-    connect(slider, &QShortcut::activated, m_ui->HScroll1,
-            [bar = m_ui->HScroll1] { bar->setFocus(Qt::ShortcutFocusReason); });
-    for (int i = Preset::firstButton; i <= Preset::last; ++i) {
-        auto *shortcut = new QShortcut(
-            QKeySequence(QStringLiteral("Ctrl+%1").arg(i - Preset::firstButton + 1)), this);
-        connect(shortcut, &QShortcut::activated, cmdSetDUTFreq(i), &QPushButton::animateClick);
-    }
-}
-
 void frmMain_KeldoX2::load()
 {
     resumeNext(
-        "frmMain.Form_Load", [this] { m_firstActivation = true; },
-        [this] { tmrPollingTimer.setEnabled(false); }, [this] { ClearDisplays(); },
-        [this] { setCurrentChannelCaption(Words::noActiveChannel); },
+        "frmMain.Form_Load", [this] { m_firstActivation = true; }, [this] { stopPolling(); },
+        [this] { ClearDisplays(); }, [this] { setCurrentChannelCaption(Words::noActiveChannel); },
         [this] { setWindowTitle(QStringLiteral("   ") + applicationTitle()); },
         [this] {
             setStatusPanel(MainPanel::connection, Words::notConnected);
@@ -148,31 +118,15 @@ void frmMain_KeldoX2::load()
                                                  tr("no unit has been asked yet"));
             m_ui->ShapeOneBitLight->setFillColor(IndicatorLight::buttonFace, tr("off"));
         },
-        [this] { m_ui->HScroll1->setPageStep(10); }, [this] { createPresets(); },
+        [this] { m_ui->HScroll1->setPageStep(10); }, [this] { m_presets->create(); },
         [this] {
             if (!Pelltrim)
                 Pelltrim =
                     std::make_unique<clsPelltrim>(m_ui->HScroll_Pelltrim, m_ui->txtPelltrim,
                                                   m_ui->chkPelltrimCalMode, m_ui->FramePelltrim);
-            Pelltrim->setDevice(mDevice);
+            Pelltrim->setDevice(m_shown.mDevice);
         },
         [this] { disableUnitControls(); });
-}
-
-void frmMain_KeldoX2::createPresets()
-{
-    auto &presets = app().presets;
-    for (int i = Preset::start; i <= Preset::last; ++i) {
-        if (!presets[i])
-            presets[i] = std::make_shared<clsPresetButton>();
-        if (i < Preset::firstButton) {
-            presets[i]->setDisplay(txtFreq(i));
-            continue;
-        }
-        presets[i]->setButton(cmdSetDUTFreq(i));
-        presets[i]->setDisplay(cmdSetDUTFreq(i));
-        presets[i]->LoadFromPersistantStorage();
-    }
 }
 
 // Some desktops, and a bare virtual display, never activate a window: the first show counts too.
@@ -213,12 +167,9 @@ void frmMain_KeldoX2::Form_Activate()
     m_firstActivation = false;
     resumeNext(
         "frmMain.Form_Activate", [this] { setCursor(Qt::WaitCursor); },
+        [this] { m_polling->begin(); },
         [this] {
-            tmrPollingTimer.setInterval(1000);
-            restartPollingIfChecked();
-        },
-        [this] {
-            m_sliderEvents = true;
+            m_tuning->allowSliderEvents();
             app().guard().set(true);
         },
         [this] { setFocus(); }, // not in a display that happens to be first

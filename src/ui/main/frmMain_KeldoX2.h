@@ -1,11 +1,12 @@
 // The main window: the operator's one panel for the connected unit. It shows what the unit's events
-// say and turns the operator's actions into settings of the unit. The sources are by subject: the
-// window's life, menus, the unit's events, tuning, presets.
+// say and turns the operator's actions into settings of the unit. Tuning, fine tuning, presets and
+// polling are parts of their own; here are the window's life, its menus and the unit's other
+// events.
 #pragma once
 
 #include "app/Views.h"
-#include "core/Presence.h"
 #include "platform/TimerControl.h"
+#include "ui/main/ShownUnit.h"
 #include "widgets/ControlArray.h"
 #include "widgets/OptionSet.h"
 
@@ -13,15 +14,14 @@
 #include <QPointer>
 
 #include <memory>
-#include <optional>
 
-class clsKeldoX;
+class Polling;
+class Presets;
+class Tuning;
 class clsPelltrim;
 class frmContact;
 class frmOperation;
 class frmPasswordBox;
-class QLineEdit;
-class QPushButton;
 class QRadioButton;
 
 namespace Ui {
@@ -40,7 +40,7 @@ public:
     void show() override { QMainWindow::show(); }
 
     void setDevice(std::shared_ptr<clsKeldoX> device) override;
-    std::shared_ptr<clsKeldoX> device() const override { return mDevice; }
+    std::shared_ptr<clsKeldoX> device() const override { return m_shown.mDevice; }
 
     void stopPolling() override;
     void restartPollingIfChecked() override;
@@ -57,7 +57,6 @@ public:
     void EnableMostControls(bool enabled);
     // Empties the value displays, those of channels 1 to 4 on the channels window included.
     void ClearDisplays();
-    void UpdateFreqs(clsKeldoX &device);
     // 1 to 3 select that mode; any other disables the frame and selects none.
     void ShowInputLimitingMode(std::int16_t mode);
 
@@ -68,20 +67,14 @@ protected:
     void closeEvent(QCloseEvent *event) override;
 
 private:
-    static constexpr int inputLimitingModes = 3; // numbered from 1
-
     // Window
     void Form_Activate();
     void Form_Unload();
     void bindControls();
     void styleControls();
     void fitFrequencyFont();
-    void addShortcuts();
-    void createPresets();
     void disableUnitControls();
-    void letGoOfFocus();
     void focusFrequency();
-    void selectFrequency();
     void clearTuning();
     bool isConnected() const;
 
@@ -92,11 +85,9 @@ private:
     void mnuOptionsIOdaemon_Click();
     void mnuConnectComport_Click();
     void mnuConnectKnownComport_Click();
-    void mnuPollingInterval_Click();
     void mnuHelpContents_Click();
     void mnuHelpAbout_Click();
     void mnuHelpContact_Click();
-    void mnuEnablePolling_Click();
 
     // The unit's events
     void mDevice_GetPassword();
@@ -104,51 +95,24 @@ private:
     void mDevice_InputLimitingModeChange(qint16 mode);
     void mDevice_InputAttenChange(double decibels);
     void mDevice_DUTChange();
-    void mDevice_FreqChange(qint32 step, double freqMHz);
     void mDevice_LinkLost();
     void optInputLimit_Click(int index);
-    void showSliderRange(clsKeldoX &device);
     void showBandwidth(clsKeldoX &device);
 
-    // Tuning
-    void txtCurrentFreq_KeyUp();
-    void txtCurrentFreq_DblClick();
-    void HScroll1_Scroll(int position);
-    void HScroll1_Change();
-    void HScroll1_Released();
-    void sendStep(qint32 step);
-    void followUnit();
-    void moveSlider(qint32 step);
-
-    // Presets
-    void cmdSetPresets_Click();
-    void cmdSetDUTFreq_Click(int index);
-    void showPresets();
-
     std::unique_ptr<Ui::frmMain_KeldoX2> m_ui;
-    std::shared_ptr<clsKeldoX> mDevice;
+    ShownUnit m_shown;
+    std::unique_ptr<Tuning> m_tuning;
+    std::unique_ptr<Presets> m_presets;
+    std::unique_ptr<Polling> m_polling;
     std::unique_ptr<clsPelltrim> Pelltrim;
     std::unique_ptr<frmPasswordBox> m_passwordBox; // while it is shown
     QPointer<frmOperation> m_operation;            // while it is open
     QPointer<frmContact> m_contact;                // while it is open
 
-    ControlArray<QPushButton> cmdSetDUTFreq{QStringLiteral("cmdSetDUTFreq")};  // 4 to 7
-    ControlArray<QLineEdit> txtFreq{QStringLiteral("txtFreq")};                // 1 to 3
     ControlArray<QRadioButton> optInputLimit{QStringLiteral("optInputLimit")}; // modes
     OptionSet m_inputLimits;
-    TimerControl tmrPollingTimer;
     TimerControl tmr1;
 
-    struct Tuning
-    {
-        qint32 step = 0;
-        double megahertz = 0;
-    };
-    std::optional<Tuning> m_tuning; // where the unit is, as last heard from it
     std::int16_t m_inputLimitingMode = 0;
     bool m_firstActivation = true;
-    bool m_sliderEvents = false;    // down while code moves the slider
-    bool m_setMode = false;         // of the presets
-    bool m_reportsAreStale = false; // the unit went away
-    Presence m_shown;               // of a unit behind controls that are switched on
 };

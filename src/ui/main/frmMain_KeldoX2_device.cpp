@@ -9,38 +9,34 @@
 #include "core/TextNumbers.h"
 #include "platform/EventQueue.h"
 #include "ui/dialogs/frmPasswordBox.h"
+#include "ui/main/Presets.h"
+#include "ui/main/Tuning.h"
 #include "ui/main/clsPelltrim.h"
-#include "ui/main/clsPresetButton.h"
 #include "ui_frmMain_KeldoX2.h"
 
-#include <QScopedValueRollback>
-
-static constexpr std::int32_t mostSingleSteps = 32000; // beyond it four steps are one slider unit
-static constexpr double pageMHz = 2.5;
 static constexpr double hertzPerKilohertz = 1000;
 
 void frmMain_KeldoX2::setDevice(std::shared_ptr<clsKeldoX> device)
 {
-    if (mDevice)
-        disconnect(mDevice.get(), nullptr, this, nullptr);
-    mDevice = device ? std::move(device) : makeUnit();
-    m_shown.renew();
-    m_reportsAreStale = false;
-    m_tuning.reset();
+    if (m_shown.mDevice)
+        disconnect(m_shown.mDevice.get(), nullptr, this, nullptr);
+    m_shown.mDevice = device ? std::move(device) : makeUnit();
+    m_shown.tunable.renew();
+    m_shown.reportsAreStale = false;
     m_ui->ShapeOneBitLight->setFillColor(IndicatorLight::buttonFace, tr("off"));
 
-    const clsKeldoX *unit = mDevice.get();
+    const clsKeldoX *unit = m_shown.mDevice.get();
     connect(unit, &clsKeldoX::GetPassword, this, &frmMain_KeldoX2::mDevice_GetPassword);
     connect(unit, &clsKeldoX::StatusChange, this, &frmMain_KeldoX2::mDevice_StatusChange);
     connect(unit, &clsKeldoX::InputLimitingModeChange, this,
             &frmMain_KeldoX2::mDevice_InputLimitingModeChange);
     connect(unit, &clsKeldoX::InputAttenChange, this, &frmMain_KeldoX2::mDevice_InputAttenChange);
-    connect(unit, &clsKeldoX::FreqChange, this, &frmMain_KeldoX2::mDevice_FreqChange);
+    m_tuning->follow(*unit);
     connect(unit, &clsKeldoX::DUTChange, this, &frmMain_KeldoX2::mDevice_DUTChange);
     connect(unit, &clsKeldoX::LinkLost, this, &frmMain_KeldoX2::mDevice_LinkLost);
     // The fine-tuning controls hear the unit after the window.
     if (Pelltrim)
-        Pelltrim->setDevice(mDevice);
+        Pelltrim->setDevice(m_shown.mDevice);
 }
 
 // The command is sent also after Cancel, deliberately, then with nothing behind the blank.
@@ -49,7 +45,7 @@ void frmMain_KeldoX2::mDevice_GetPassword()
     if (m_passwordBox) // one box is enough, whatever else is refused while it is open
         return;
     reportAndEnd("formMain.DUT_GetPassword", [this] {
-        const auto unit = mDevice;
+        const auto unit = m_shown.mDevice;
         QString password;
         m_passwordBox = std::make_unique<frmPasswordBox>();
         m_passwordBox->showModal();
@@ -102,8 +98,8 @@ void frmMain_KeldoX2::showCommunicationFailure()
 
 void frmMain_KeldoX2::mDevice_LinkLost()
 {
-    m_shown.renew();
-    m_reportsAreStale = true;
+    m_shown.tunable.renew();
+    m_shown.reportsAreStale = true;
     resumeNext(
         "formMain.DUT_LinkLost", [this] { showCommunicationFailure(); },
         [this] { setStatusPanel(MainPanel::connection, Words::notConnected); },
@@ -113,14 +109,14 @@ void frmMain_KeldoX2::mDevice_LinkLost()
 void frmMain_KeldoX2::mDevice_InputLimitingModeChange(qint16 mode)
 {
     reportAndEnd("formMain.DUT_InputLimitingModeChange", [&] {
-        if (!m_reportsAreStale)
+        if (!m_shown.reportsAreStale)
             ShowInputLimitingMode(mode);
     });
 }
 
 void frmMain_KeldoX2::mDevice_InputAttenChange(double decibels)
 {
-    if (decibels > 0 && !m_reportsAreStale)
+    if (decibels > 0 && !m_shown.reportsAreStale)
         m_ui->ShapeOneBitLight->setFillColor(IndicatorLight::amber,
                                              numberToText(decibels) + tr(" dB"));
     else
@@ -129,7 +125,7 @@ void frmMain_KeldoX2::mDevice_InputAttenChange(double decibels)
 
 void frmMain_KeldoX2::ShowInputLimitingMode(std::int16_t mode)
 {
-    const bool offered = mode >= 1 && mode <= inputLimitingModes;
+    const bool offered = optInputLimit.all().contains(mode);
     m_inputLimitingMode = offered ? mode : std::int16_t{0};
     m_ui->FrameInputLimiting->setEnabled(offered);
     for (QRadioButton *button : optInputLimit.all())
@@ -142,17 +138,19 @@ void frmMain_KeldoX2::optInputLimit_Click(int index)
     // Refused, or not sent at all: the buttons show the mode that the unit has.
     handle(
         "frmMain.optInputLimit_Click",
-        [index, unit = mDevice] { unit->setInputLimitingMode(static_cast<std::int16_t>(index)); },
+        [index, unit = m_shown.mDevice] {
+            unit->setInputLimitingMode(static_cast<std::int16_t>(index));
+        },
         Afterwards{[this] { m_inputLimits.select(m_inputLimitingMode); }});
 }
 
 // Each step that follows a wait looks whether the unit is still the one that is shown.
 void frmMain_KeldoX2::mDevice_DUTChange()
 {
-    const auto unit = mDevice;
-    const Still shown = m_shown.still();
-    m_reportsAreStale = false;
-    const QScopedValueRollback quiet(m_sliderEvents, false);
+    const auto unit = m_shown.mDevice;
+    const Still shown = m_shown.tunable.still();
+    m_shown.reportsAreStale = false;
+    const auto quiet = m_tuning->withoutSliderEvents();
     const auto whileShown = [&](auto step) {
         return [&, step] {
             if (shown)
@@ -160,14 +158,15 @@ void frmMain_KeldoX2::mDevice_DUTChange()
         };
     };
     resumeNext(
-        "frmMain.mDevice_DUTChange", [&] { showSliderRange(*unit); }, whileShown([&] {
+        "frmMain.mDevice_DUTChange", [&] { m_tuning->showRange(*unit); }, whileShown([&] {
             const QString spacing =
                 numberToTextWithBlank(unit->ChannelSpacing() / hertzPerKilohertz);
             if (shown)
                 m_ui->lblChannelSpacing->setText(spacing +
                                                  QStringLiteral(" kHz frequency spacing"));
         }),
-        whileShown([&] { showBandwidth(*unit); }), whileShown([&] { UpdateFreqs(*unit); }),
+        whileShown([&] { showBandwidth(*unit); }),
+        whileShown([&] { m_presets->UpdateFreqs(*unit); }),
         whileShown([&] { setCurrentChannelCaption(Words::activeChannel(activeChannel())); }),
         whileShown([&] {
             const std::int16_t mode = unit->InputLimitingMode();
@@ -175,7 +174,7 @@ void frmMain_KeldoX2::mDevice_DUTChange()
                 ShowInputLimitingMode(mode);
         }),
         whileShown([&] {
-            showPresets();
+            m_presets->refresh();
             // A unit found by a search is shown at once and handed over when the search is done.
             if (!app().searchFinished)
                 return;
@@ -184,35 +183,10 @@ void frmMain_KeldoX2::mDevice_DUTChange()
         }));
 }
 
-void frmMain_KeldoX2::showSliderRange(clsKeldoX &device)
-{
-    StepSlider *slider = m_ui->HScroll1;
-    const std::int32_t maxStep = device.MaxStep();
-    const std::int16_t scale = maxStep > mostSingleSteps ? 4 : 1;
-    app().sliderScale = scale;
-    slider->setMaximum(toInt32(static_cast<double>(maxStep) / scale));
-    // Not divided by the scale on purpose: on units of many steps a page is 10 MHz.
-    const std::int32_t page = toInt32(device.MHzToSteps(pageMHz));
-    if (slider->minimum() <= page && page < slider->maximum())
-        slider->setPageStep(page);
-}
-
 void frmMain_KeldoX2::showBandwidth(clsKeldoX &device)
 {
     const double bandwidth = device.ChanBW() / hertzPerKilohertz;
     m_ui->lblbandwidth->setText(bandwidth == 0 ? QString()
                                                : numberToTextWithBlank(bandwidth) +
                                                      QStringLiteral(" kHz channel bandwidth"));
-}
-
-void frmMain_KeldoX2::UpdateFreqs(clsKeldoX &device)
-{
-    auto &presets = app().presets;
-    presets[Preset::start]->setValue(device.StartFreq());
-    presets[Preset::center]->setValue(device.CenterFreq());
-    presets[Preset::stop]->setValue(device.StopFreq());
-    for (int i = Preset::start; i <= Preset::stop; ++i) {
-        presets[i]->setDisplayText(numberToText(presets[i]->value()) + QStringLiteral(" MHz"));
-        presets[i]->Display()->setVisible(true);
-    }
 }

@@ -4,14 +4,15 @@
 #include "app/Words.h"
 #include "app/modMain_KeldoX2.h"
 #include "core/ResumeNext.h"
+#include "ui/main/Polling.h"
+#include "ui/main/Presets.h"
+#include "ui/main/Tuning.h"
 #include "ui/main/clsPelltrim.h"
 #include "ui_frmMain_KeldoX2.h"
 
-#include <QScopedValueRollback>
-
 bool frmMain_KeldoX2::isConnected() const
 {
-    return mDevice->DeviceFound() && mDevice->PortIsOpen();
+    return m_shown.mDevice->DeviceFound() && m_shown.mDevice->PortIsOpen();
 }
 
 static bool isFrameName(const QString &name)
@@ -19,32 +20,20 @@ static bool isFrameName(const QString &name)
     return name.startsWith(QLatin1String("FRAME"), Qt::CaseInsensitive);
 }
 
-// Disabling a control would hand the focus on, and the next key to whoever gets it.
-void frmMain_KeldoX2::letGoOfFocus()
-{
-    if (QWidget *control = focusWidget())
-        control->clearFocus();
-}
-
 // After a connection the operator types a frequency, unless something else was chosen meanwhile.
 void frmMain_KeldoX2::focusFrequency()
 {
     if (!focusWidget() || focusWidget() == this)
-        selectFrequency();
-}
-
-// Typing replaces what is there, also where the box has the focus already.
-void frmMain_KeldoX2::selectFrequency()
-{
-    m_ui->txtCurrentFreq->setFocus(Qt::ShortcutFocusReason);
-    m_ui->txtCurrentFreq->selectAll();
+        m_tuning->select();
 }
 
 void frmMain_KeldoX2::EnableMostControls(bool enabled)
 {
     if (!enabled) {
-        m_shown.renew();
-        letGoOfFocus();
+        m_shown.tunable.renew();
+        // Disabling a control would hand the focus on, and the next key to whoever gets it.
+        if (QWidget *control = focusWidget())
+            control->clearFocus();
     }
     reportAndEnd("frmMain.EnableMostControls", [&] {
         const auto widgets = m_ui->centralWidget->findChildren<QWidget *>();
@@ -61,11 +50,8 @@ void frmMain_KeldoX2::EnableMostControls(bool enabled)
 // What acts on the unit or shows its values; presets can be looked at and set without one.
 void frmMain_KeldoX2::disableUnitControls()
 {
-    m_shown.renew();
-    if (m_ui->txtCurrentFreq->hasFocus() || m_ui->HScroll1->hasFocus())
-        letGoOfFocus();
-    m_ui->txtCurrentFreq->setEnabled(false);
-    m_ui->HScroll1->setEnabled(false);
+    m_shown.tunable.renew();
+    m_tuning->disable();
     ShowInputLimitingMode(0);
     if (Pelltrim)
         Pelltrim->DisableControls();
@@ -73,26 +59,20 @@ void frmMain_KeldoX2::disableUnitControls()
 
 void frmMain_KeldoX2::clearTuning()
 {
-    m_tuning.reset();
-    const QScopedValueRollback quiet(m_sliderEvents, false);
-    m_ui->HScroll1->setValue(m_ui->HScroll1->minimum());
-    m_ui->txtCurrentFreq->clear();
+    m_tuning->clear();
     m_ui->lblChannelSpacing->clear();
     m_ui->lblbandwidth->clear();
-    for (QLineEdit *box : txtFreq.all())
-        box->clear();
+    m_presets->clearFreqs();
 }
 
 void frmMain_KeldoX2::ClearDisplays()
 {
     m_ui->txtCurrentFreq->clear();
-    for (QPushButton *button : cmdSetDUTFreq.all())
-        button->setText({});
+    m_presets->clearCaptions();
     if (const auto channels = app().channelsWindow())
         for (int channel = 1; channel <= channelsPerTab; ++channel) // of the first tab alone
             channels->clearChannelBoxes(channel);
-    for (QLineEdit *box : txtFreq.all())
-        box->clear();
+    m_presets->clearFreqs();
     m_ui->txtPelltrim->clear();
 }
 
@@ -113,7 +93,7 @@ void frmMain_KeldoX2::bringUpToDate()
 {
     const bool connected = isConnected();
     EnableMostControls(true);
-    showPresets();
+    m_presets->refresh();
     if (connected)
         focusFrequency();
     else
@@ -139,13 +119,17 @@ void frmMain_KeldoX2::setCurrentChannelCaption(const QString &text)
     m_ui->lblCurrentChannel->setText(text);
 }
 
+void frmMain_KeldoX2::EnablePresetsIfTheyreValid()
+{
+    m_presets->EnablePresetsIfTheyreValid();
+}
+
 void frmMain_KeldoX2::stopPolling()
 {
-    tmrPollingTimer.setEnabled(false);
+    m_polling->stop();
 }
 
 void frmMain_KeldoX2::restartPollingIfChecked()
 {
-    if (m_ui->mnuEnablePolling->isChecked())
-        tmrPollingTimer.setEnabled(true);
+    m_polling->restartIfChecked();
 }

@@ -1,4 +1,4 @@
-// The main window's menus: connecting, the other windows, and the polling timer's switch.
+// The main window's menus: connecting and the other windows.
 #include "ui/main/frmMain_KeldoX2.h"
 
 #include "app/AppState.h"
@@ -18,12 +18,8 @@ void frmMain_KeldoX2::bindMenus()
             &frmMain_KeldoX2::mnuOptionsIOdaemon_Click);
     connect(m_ui->mnuConnectComport, &QAction::triggered, this,
             &frmMain_KeldoX2::mnuConnectComport_Click);
-    connect(m_ui->mnuEnablePolling, &QAction::triggered, this,
-            &frmMain_KeldoX2::mnuEnablePolling_Click);
     connect(m_ui->mnuConnectKnownComport, &QAction::triggered, this,
             &frmMain_KeldoX2::mnuConnectKnownComport_Click);
-    connect(m_ui->mnuPollingInterval, &QAction::triggered, this,
-            &frmMain_KeldoX2::mnuPollingInterval_Click);
     connect(m_ui->mnuHelpContents, &QAction::triggered, this,
             &frmMain_KeldoX2::mnuHelpContents_Click);
     connect(m_ui->mnuHelpAbout, &QAction::triggered, this, &frmMain_KeldoX2::mnuHelpAbout_Click);
@@ -62,17 +58,5 @@ void frmMain_KeldoX2::mnuConnectComport_Click()
                 if (!EventQueue::ending())
                     restartPollingIfChecked();
             });
-    });
-}
-
-// The entry has toggled before this runs.
-void frmMain_KeldoX2::mnuEnablePolling_Click()
-{
-    const bool before = !m_ui->mnuEnablePolling->isChecked();
-    m_ui->mnuEnablePolling->setChecked(before);
-    handle("frmMain_KeldoX2.mnuEnablePolling_Click", [this, before] {
-        tmrPollingTimer.setEnabled(false);
-        m_ui->mnuEnablePolling->setChecked(!before);
-        tmrPollingTimer.setEnabled(!before);
     });
 }
