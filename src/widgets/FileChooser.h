@@ -1,5 +1,5 @@
 // The one door of file and folder dialogs. It falls through once the program is ending; tests
-// answer here.
+// answer here. No window reaches it: it is kept as a ready component.
 #pragma once
 
 #include <QString>

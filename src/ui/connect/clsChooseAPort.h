@@ -1,4 +1,5 @@
-// A companion of the connect-to-port dialog: wraps its port list and can fill it the same way.
+// A companion of the connect-to-port dialog: wraps its port list and can fill it the same way. No
+// window reaches it: it is kept as a ready component.
 #pragma once
 
 #include "ui/connect/frmConnectToComport.h"

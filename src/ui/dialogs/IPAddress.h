@@ -1,4 +1,5 @@
-// The check of IPv4 addresses as the input box accepts them.
+// The check of IPv4 addresses as the input box accepts them. No window asks the box for one: it is
+// kept as a ready component.
 #pragma once
 
 #include <QString>

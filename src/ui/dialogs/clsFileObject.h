@@ -1,5 +1,7 @@
 // One text file, chosen through the file dialog and read or written line by line. Errors are
 // reported and never passed on: success tells. At most one file is open at a time.
+// The log writes through it; choosing and reading a file are reached by no window and kept as ready
+// components.
 #pragma once
 
 #include "core/EventLog.h"

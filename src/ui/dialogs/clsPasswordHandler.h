@@ -1,5 +1,5 @@
-// A password of the program's own, kept in the user's settings store exactly as typed. No other
-// part of the program asks for it; it is kept as a ready component.
+// A password of the program's own, kept in the user's settings store exactly as typed. No window
+// reaches it: it is kept as a ready component.
 #pragma once
 
 #include <QString>

@@ -1,4 +1,5 @@
-// The hidden window that stands for the file dialog of one file object. Never shown.
+// The hidden window that stands for the file dialog of one file object. Never shown. No window
+// reaches its dialog: it is kept as a ready component.
 #pragma once
 
 #include "widgets/FileChooser.h"

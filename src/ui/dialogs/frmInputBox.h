@@ -1,5 +1,6 @@
 // The program's input box: one prompt, one entry, OK and Cancel. The caller chooses the kind of
-// answer; the box converts or checks the entry before it closes.
+// answer; the box converts or checks the entry before it closes. Windows ask for numbers alone; the
+// other kinds are kept as ready components.
 #pragma once
 
 #include <QObject>

@@ -1,4 +1,5 @@
-// Path helpers and the file types that file dialogs offer.
+// Path helpers and the file types that file dialogs offer. No window reaches them: they are kept as
+// ready components.
 #pragma once
 
 #include <QString>

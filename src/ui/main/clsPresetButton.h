@@ -16,7 +16,7 @@ public:
     static constexpr QColor setModeColor{0x80, 0xFF, 0x80}; // light green
     static constexpr QColor buttonFaceColor{};              // none: the palette's own
 
-    // Tells how to store a preset.
+    // Tells how to store a preset. No window reaches it: the main window has its own wording.
     void ShowThatPresetIsNotSetMessageBox() const;
 
     // In set mode a click stores the current frequency; the button is light green then.
