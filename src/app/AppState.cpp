@@ -2,6 +2,7 @@
 #include "app/AppState.h"
 
 #include "core/DebugSwitches.h"
+#include "platform/Application.h"
 #include "widgets/MessageBox.h"
 
 #include <QScopedValueRollback>
@@ -62,9 +63,9 @@ void resetAppState()
 
 void installMessageBoxes()
 {
-    installMessageDoor([](const QString &text, int style) {
+    installMessageDoor([](const QString &text, int style, const QString &informative) {
         for (const std::int16_t flags : app().messageBoxStyle)
             style |= flags;
-        return MessageBox::show(text, style);
+        return MessageBox::show({text, style, applicationTitle(), informative});
     });
 }

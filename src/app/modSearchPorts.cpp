@@ -86,9 +86,24 @@ void connectFirstChannel()
         [&] { state.mainWindow->device()->setDisplayErrors(true); });
 }
 
+// Which ports could not be looked at, and what might be missed on those that could.
+QString whatElse(const PortSearch &search)
+{
+    QStringList lines;
+    for (const PortSearch::Refused &refused : search.refused())
+        lines.append(QStringLiteral("COM%1: %2").arg(refused.port).arg(refused.reason));
+    if (search.mayHaveAddressedUnits())
+        lines.append(QStringLiteral(
+            "Addressed units (Tovin-R) answer only when they are called by their address: connect "
+            "to a known com port with \"Unit is an addressable Tovin-R\" ticked."));
+    return lines.join(QStringLiteral("\n\n"));
+}
+
 void reportNothingFound(const PortSearch &search)
 {
     AppState &state = app();
+    // The operator who broke it off knows that nothing was found.
+    const bool cancelled = search.outcome() == PortSearch::Outcome::Cancelled;
     resumeNext(
         searchSource, [&] { state.mainWindow->showCommunicationFailure(); },
         [&] {
@@ -96,10 +111,12 @@ void reportNothingFound(const PortSearch &search)
             if (!search.endedAtLoopback())
                 state.mainWindow->setStatusPanel(searchPanel, QStringLiteral("NOT CONNECTED"));
         },
-        [] {
+        [&] {
+            if (cancelled)
+                return;
             showMessage(QStringLiteral("Check data and power connections to KELDO-X filter then "
                                        "select the 'connect' from the menu."),
-                        MessageBox::Exclamation);
+                        MessageBox::Exclamation, whatElse(search));
         },
         [] {
             logEvent(QStringLiteral("SearchPorts"), QStringLiteral("Could not find any KELDO-X's"));

@@ -22,10 +22,12 @@ enum class Answer { Ok = 1, Cancel = 2, Yes = 6, No = 7 };
 
 } // namespace MessageBox
 
-// Takes a text and a style, and gives the answer.
-using MessageDoor = std::function<MessageBox::Answer(const QString &text, int style)>;
+// Takes a text, a style and what more there is to say, and gives the answer.
+using MessageDoor =
+    std::function<MessageBox::Answer(const QString &text, int style, const QString &informative)>;
 
 // An empty door prints the text as a line on standard error and answers Ok, as at the start.
 void installMessageDoor(MessageDoor door);
 
-MessageBox::Answer showMessage(const QString &text, int style);
+// The informative text stands below the text: causes and remedies.
+MessageBox::Answer showMessage(const QString &text, int style, const QString &informative = {});

@@ -58,7 +58,12 @@ void PortSearch::probe(std::int16_t port, std::int16_t address)
     m_last = ProbeResult::Silent;
     resumeNext(
         searchSource, [&] { emit LookingAt(port, address, m_place, m_places); },
-        [&] { isOpen = seeker->Init(port); },
+        [&] {
+            isOpen = seeker->Init(port);
+            const QString reason = seeker->ComPort().OpenFailure();
+            if (!reason.isEmpty())
+                m_refused.append({port, reason});
+        },
         [&] {
             if (isOpen)
                 act(port, address);
@@ -68,7 +73,11 @@ void PortSearch::probe(std::int16_t port, std::int16_t address)
 
 void PortSearch::act(std::int16_t port, std::int16_t address)
 {
+    const bool isOpen = m_seeker->ComPort().IsOpen();
     m_last = identify(address);
+    if (isOpen && address == 0 && !m_cancelled &&
+        (m_last == ProbeResult::Silent || m_last == ProbeResult::Loopback))
+        m_mayHaveAddressed = true;
     switch (m_last) {
     case ProbeResult::UnitFound:
         m_found = true;

@@ -1,11 +1,13 @@
 // One search for units: probes serial ports, tells units from everything else that answers, and
-// reports what it finds by signals. It holds all of its state and can be cancelled at any time; what
-// the windows do about it is the business of whoever runs it.
+// reports what it finds by signals. It holds all of its state and can be cancelled at any time;
+// what the windows do about it is the business of whoever runs it.
 #pragma once
 
 #include "discovery/clsSeeker.h"
 
+#include <QList>
 #include <QObject>
+#include <QString>
 
 #include <cstdint>
 #include <memory>
@@ -50,6 +52,17 @@ public:
     bool isCancelled() const { return m_cancelled; }
 
     Outcome outcome() const;
+    // A port with a device that could not be opened, and why: the cause and its remedy.
+    struct Refused
+    {
+        std::int16_t port;
+        QString reason;
+    };
+    const QList<Refused> &refused() const { return m_refused; }
+    // Something was asked without an address that may be a line of addressed units: they say
+    // nothing before they are addressed, and some adapters echo.
+    bool mayHaveAddressedUnits() const { return m_mayHaveAddressed; }
+
     // The last port that was looked at echoes what it is sent.
     bool endedAtLoopback() const { return m_last == ProbeResult::Loopback; }
 
@@ -72,6 +85,8 @@ private:
 
     std::shared_ptr<clsSeeker> m_seeker;
     ProbeResult m_last = ProbeResult::Silent;
+    QList<Refused> m_refused;
+    bool m_mayHaveAddressed = false;
     bool m_found = false;
     bool m_cancelled = false;
     int m_place = 1;

@@ -3,6 +3,7 @@
 
 #include "platform/EventQueue.h"
 #include "platform/PortDirectory.h"
+#include "platform/PortRefusal.h"
 #include "platform/RunTimeError.h"
 
 #include <QFileInfo>
@@ -13,6 +14,7 @@
 
 #ifndef Q_OS_WIN
 #include <poll.h>
+#include <sys/ioctl.h>
 #endif
 
 namespace {
@@ -32,15 +34,14 @@ bool isGone([[maybe_unused]] const QSerialPort &port)
 #endif
 }
 
-QString remedy(const QString &device)
+// Whether bytes have arrived that the port has not taken over yet.
+bool systemHoldsInput([[maybe_unused]] const QSerialPort &port)
 {
 #ifdef Q_OS_WIN
-    return QStringLiteral("Access to %1 is not permitted.").arg(device);
+    return false;
 #else
-    const QString group = QFileInfo(device).group();
-    return QStringLiteral("No permission to open %1. Add your user to the group \"%2\" "
-                          "(sudo usermod -aG %2 $USER), then log out and in again.")
-        .arg(device, group.isEmpty() ? QStringLiteral("dialout") : group);
+    int held = 0;
+    return ioctl(static_cast<int>(port.handle()), FIONREAD, &held) == 0 && held > 0;
 #endif
 }
 
@@ -120,10 +121,10 @@ void CommControl::discardInput()
     takeReceived();
     if (!portOpen())
         return;
+    // What nobody has seen may end in a carriage return whose line feed is still to come.
+    m_afterCarriageReturn = m_afterCarriageReturn || systemHoldsInput(m_port);
     m_port.clear(QSerialPort::Input);
     m_received.clear();
-    // The line feed of a carriage return that was thrown away may still come.
-    m_afterCarriageReturn = true;
 }
 
 void CommControl::discardOutput()
@@ -150,13 +151,15 @@ void CommControl::openPort()
 {
     const auto device = PortDirectory::instance().find(m_commPort);
     // Opening a missing device would cost milliseconds for its lock file.
-    const bool isThere = device.has_value()
-#ifndef Q_OS_WIN
-                         && QFileInfo::exists(device->location)
+#ifdef Q_OS_WIN
+    const bool isThere = true;
+#else
+    const bool isThere = device && QFileInfo::exists(device->location);
 #endif
-        ;
-    if (!isThere || EventQueue::ending())
+    if (EventQueue::ending() || !device)
         throw RunTimeError(ErrorNumber::InvalidPortNumber);
+    if (!isThere)
+        throw portRefusal(device->location, QSerialPort::DeviceNotFoundError, {});
 
     m_port.setPortName(device->location);
     m_deviceName = device->location; // QSerialPort cuts the folder off
@@ -164,34 +167,12 @@ void CommControl::openPort()
     const bool opened = m_port.open(QIODevice::ReadWrite);
     m_opening = false;
     if (!opened)
-        raiseOpenError();
+        throw portRefusal(m_deviceName, m_port.error(), m_port.errorString());
     // Pseudo-terminals know no modem lines and refuse both; a unit does not need to care.
     m_port.setDataTerminalReady(m_dtr);
     m_port.setRequestToSend(m_rts);
     m_port.clearError();
     m_port.clear();
-}
-
-void CommControl::raiseOpenError()
-{
-    const QString description = m_port.errorString();
-    switch (m_port.error()) {
-    case QSerialPort::DeviceNotFoundError:
-        throw RunTimeError(ErrorNumber::InvalidPortNumber, description);
-    case QSerialPort::PermissionError: {
-#ifndef Q_OS_WIN
-        // One error of Qt stands for three causes: busy and locked, and no access right.
-        const QFileInfo file(m_deviceName);
-        if (!file.isReadable() || !file.isWritable())
-            throw RunTimeError(ErrorNumber::DeviceNotOpen, remedy(m_deviceName));
-#endif
-        throw RunTimeError(ErrorNumber::PortAlreadyOpen, description);
-    }
-    case QSerialPort::UnsupportedOperationError:
-        throw RunTimeError(ErrorNumber::CommStateNotSet, description);
-    default:
-        throw RunTimeError(ErrorNumber::DeviceNotOpen, description);
-    }
 }
 
 qsizetype CommControl::unitLength() const

@@ -81,7 +81,6 @@ signals:
 
 private:
     void openPort();
-    [[noreturn]] void raiseOpenError();
     void takeReceived();
     void scheduleCommEvent();
     void raiseCommEvent();

@@ -59,6 +59,7 @@ bool clsCommPort::InitializePort()
 {
     if (m_portNumber == 0)
         return false;
+    m_openFailure.clear();
     try {
         ClosePort();
         openControl();
@@ -99,6 +100,8 @@ void clsCommPort::sortOpenError()
         throw;
     } catch (const RunTimeError &error) {
         m_status = error.number() == ErrorNumber::PortAlreadyOpen ? InUse : Error;
+        if (error.description() != runTimeErrorText(error.number()))
+            m_openFailure = error.description();
         if (!m_displayErrors)
             return;
         if (error.number() == ErrorNumber::PortAlreadyOpen)

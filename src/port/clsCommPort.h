@@ -50,6 +50,9 @@ public:
     // Opens the port at 19200,N,8,1 with DTR on and RTS off. False when it could not be opened: the
     // status then says in use or error, and a box tells while DisplayErrors is on.
     bool InitializePort();
+    // Why the last InitializePort failed: the cause and its remedy, for the operator. Empty after a
+    // success, and for a number without a device.
+    QString OpenFailure() const { return m_openFailure; }
     // Opens the port as it was set up before. Raises the serial control's errors.
     void OpenPort();
     void ClosePort(); // harmless on a closed port
@@ -126,6 +129,7 @@ private:
     std::int16_t m_recordCount = 0;
     bool m_displayErrors = true;
     QString m_debugInfo;
+    QString m_openFailure;
     std::int16_t m_pollInterval = 0;
     std::int32_t m_pollTimeOutCount = 200;
     std::int16_t m_pollDelay = 0;

@@ -3,9 +3,12 @@
 
 #include "platform/Application.h"
 #include "platform/EventQueue.h"
+#include "widgets/DialogOwner.h"
 
-#include <QApplication>
+#include <QLabel>
 #include <QMessageBox>
+#include <QPointer>
+#include <QScopeGuard>
 
 namespace {
 
@@ -48,28 +51,45 @@ MessageBox::Answer answerOf(int button)
     }
 }
 
+// The text format holds for the box's own text; the informative text has a label of its own.
+void showAsPlainText(const QMessageBox &box)
+{
+    for (QLabel *label : box.findChildren<QLabel *>())
+        if (!label->text().isEmpty())
+            label->setTextFormat(Qt::PlainText);
+}
+
 } // namespace
 
-MessageBox::Answer MessageBox::show(const QString &text, int style, const QString &title)
+MessageBox::Answer MessageBox::show(const Request &request)
 {
-    const bool question = (style & buttonMask) == YesNoCancel;
+    const bool question = (request.style & buttonMask) == YesNoCancel;
     if (EventQueue::ending())
         return question ? Answer::Cancel : Answer::Ok;
     if (answererSlot())
-        return answererSlot()({text, style, title});
+        return answererSlot()(request);
 
-    QMessageBox box(QApplication::activeWindow());
-    box.setObjectName(QStringLiteral("MessageBox"));
-    box.setTextFormat(Qt::PlainText);
-    box.setIcon(iconOf(style));
-    box.setWindowTitle(title);
-    box.setText(text);
-    box.setStandardButtons(question ? QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel
-                                    : QMessageBox::StandardButtons(QMessageBox::Ok));
-    const int button = box.exec();
+    // Its owner may go while it is shown, and takes it along.
+    const QPointer<QMessageBox> box = new QMessageBox(dialogOwner());
+    const auto dispose = qScopeGuard([&] { delete box; });
+    box->setObjectName(QStringLiteral("MessageBox"));
+    box->setTextFormat(Qt::PlainText);
+    box->setIcon(iconOf(request.style));
+    box->setWindowTitle(request.title);
+    box->setText(request.text);
+    box->setInformativeText(request.informative);
+    showAsPlainText(*box);
+    box->setStandardButtons(question ? QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel
+                                     : QMessageBox::StandardButtons(QMessageBox::Ok));
+    const int button = box->exec();
     if (EventQueue::ending() && question)
         return Answer::Cancel;
     return answerOf(button);
+}
+
+MessageBox::Answer MessageBox::show(const QString &text, int style, const QString &title)
+{
+    return show(Request{text, style, title});
 }
 
 MessageBox::Answer MessageBox::show(const QString &text, int style)

@@ -50,7 +50,7 @@ void TestUnitWing::init()
     QFile::remove(link);
     QVERIFY(QFile::link(QString::fromStdString(line->device()), link));
     PortDirectory::instance().reset([] { return QList<PortDirectory::Device>(); });
-    installMessageDoor([this](const QString &text, int) {
+    installMessageDoor([this](const QString &text, int, const QString &) {
         messages.append(text);
         return MessageBox::Answer::Ok;
     });

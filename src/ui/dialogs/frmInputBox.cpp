@@ -8,11 +8,10 @@
 #include "ui/dialogs/EntryDialog.h"
 #include "ui/dialogs/IPAddress.h"
 #include "ui_frmInputBox.h"
-
-#include <QApplication>
+#include "widgets/DialogOwner.h"
 
 frmInputBox::frmInputBox()
-    : m_dialog(std::make_unique<EntryDialog>(QApplication::activeWindow())),
+    : m_dialog(std::make_unique<EntryDialog>(dialogOwner())),
       m_ui(std::make_unique<Ui::frmInputBox>())
 {
     m_ui->setupUi(m_dialog.get());

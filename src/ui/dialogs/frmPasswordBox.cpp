@@ -5,11 +5,10 @@
 #include "platform/EventQueue.h"
 #include "ui/dialogs/EntryDialog.h"
 #include "ui_frmPasswordBox.h"
-
-#include <QApplication>
+#include "widgets/DialogOwner.h"
 
 frmPasswordBox::frmPasswordBox()
-    : m_dialog(std::make_unique<EntryDialog>(QApplication::activeWindow())),
+    : m_dialog(std::make_unique<EntryDialog>(dialogOwner())),
       m_ui(std::make_unique<Ui::frmPasswordBox>())
 {
     m_ui->setupUi(m_dialog.get());

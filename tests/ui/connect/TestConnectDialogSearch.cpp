@@ -123,7 +123,6 @@ void TestConnectDialogSearch::escapeBreaksTheSearchOff()
     SearchBench bench;
     bench.silence(1);
     bench.line(2);
-    bench.fixture.boxes.expect(checkConnections);
     frmConnectToComport dialog;
     QElapsedTimer clock;
     open(dialog, [&] {
