@@ -39,6 +39,12 @@ public:
     virtual void showCommunicationFailure() = 0;
     // No unit is connected (any more): frequency displays empty, unit controls disabled.
     virtual void showNotConnected() = 0;
+
+    // What a search or a connection is at; empty when none runs.
+    virtual void showProgressLine(const QString &text) = 0;
+
+    // Closes the window, and with it the program.
+    virtual void unload() = 0;
 };
 
 class ChannelsView
@@ -70,6 +76,9 @@ public:
     // Escape was pressed since clearEscape.
     virtual bool escapePressed() const = 0;
     virtual void clearEscape() = 0;
+
+    // What a search or a connection is at; empty when none runs.
+    virtual void showProgressLine(const QString &text) = 0;
 
     // Empties frequency, attenuation and AGC offset of the channel's row.
     virtual void clearChannelBoxes(int channel) = 0;

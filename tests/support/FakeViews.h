@@ -42,8 +42,11 @@ public:
     void bringUpToDate() override { note("main.bringUpToDate"); }
     void showCommunicationFailure() override { note("main.red"); }
     void showNotConnected() override { note("main.notConnected"); }
+    void showProgressLine(const QString &text) override { progressLines.append(text); }
+    void unload() override { note("main.unload"); }
 
     CallRecord calls;
+    QStringList progressLines;
     QMap<int, QString> panels;
     QString caption;
     std::shared_ptr<clsKeldoX> mDevice;
@@ -90,6 +93,7 @@ public:
     void arrangeForUnitsFound() override { note("channels.arrange"); }
     void refreshChannelDisplays() override { note("channels.refresh"); }
     int ChanIndex() const override { return selected; }
+    void showProgressLine(const QString &text) override { progressLines.append(text); }
     bool escapePressed() const override { return escape; }
     void clearEscape() override { escape = false; }
     void clearChannelBoxes(int channel) override
@@ -98,6 +102,7 @@ public:
     }
 
     CallRecord calls;
+    QStringList progressLines;
     QMap<int, QString> panels;
     std::shared_ptr<clsKeldoX> mDevice;
     QList<int> progressValues;

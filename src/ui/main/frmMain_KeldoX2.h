@@ -22,6 +22,8 @@ class clsPelltrim;
 class frmContact;
 class frmOperation;
 class frmPasswordBox;
+class Reconnect;
+class SearchStrip;
 class QRadioButton;
 
 namespace Ui {
@@ -52,6 +54,8 @@ public:
     void bringUpToDate() override;
     void showCommunicationFailure() override;
     void showNotConnected() override;
+    void showProgressLine(const QString &text) override;
+    void unload() override { close(); }
 
     // All controls but the frames and what is in them: those follow the unit's options.
     void EnableMostControls(bool enabled);
@@ -64,6 +68,7 @@ protected:
     bool event(QEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
     void showEvent(QShowEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
 
 private:
@@ -80,6 +85,7 @@ private:
 
     // Menus
     void bindMenus();
+    void bindRunning();
     void updateConnectEntries();
     void mnuShowChannels_Click();
     void mnuOptionsIOdaemon_Click();
@@ -111,6 +117,8 @@ private:
 
     ControlArray<QRadioButton> optInputLimit{QStringLiteral("optInputLimit")}; // modes
     OptionSet m_inputLimits;
+    SearchStrip *m_strip = nullptr;
+    Reconnect *m_reconnect = nullptr;
     TimerControl tmr1;
 
     std::int16_t m_inputLimitingMode = 0;

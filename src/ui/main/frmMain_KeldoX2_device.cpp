@@ -2,6 +2,7 @@
 #include "ui/main/frmMain_KeldoX2.h"
 
 #include "app/Handlers.h"
+#include "app/Reconnect.h"
 #include "app/Units.h"
 #include "app/Words.h"
 #include "app/modMain_KeldoX2.h"
@@ -103,7 +104,7 @@ void frmMain_KeldoX2::mDevice_LinkLost()
     resumeNext(
         "formMain.DUT_LinkLost", [this] { showCommunicationFailure(); },
         [this] { setStatusPanel(MainPanel::connection, Words::notConnected); },
-        [this] { showNotConnected(); });
+        [this] { showNotConnected(); }, [this] { m_reconnect->waitFor(m_shown.mDevice); });
 }
 
 void frmMain_KeldoX2::mDevice_InputLimitingModeChange(qint16 mode)
