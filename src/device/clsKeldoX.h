@@ -8,33 +8,16 @@
 // reported and never leave the object.
 #pragma once
 
-#include "port/clsCommPort.h"
+#include "device/Exchange.h"
 
-#include <QObject>
-#include <QString>
-
-#include <cstdint>
 #include <functional>
-#include <memory>
 #include <optional>
 
-class clsKeldoX : public QObject, public std::enable_shared_from_this<clsKeldoX>
+class clsKeldoX : public UnitEvents, private Exchange
 {
     Q_OBJECT
 
 public:
-    // Codes of StatusChange. There is no code 1.
-    enum Status : std::int32_t {
-        Good = 0,
-        BadReply = 2,
-        Unlocked = 3,
-        LockedAfterStep = 4,
-        Refused = 5,
-    };
-
-    // Values of Connection. Only the serial port carries lines.
-    enum Transport : std::int32_t { NoTransport = 0, SerialPort = 1, Network = 2 };
-
     static constexpr int MinPelltrimAbsoluteSetting = 0; // clicks
     static constexpr int MaxPelltrimAbsoluteSetting = 255;
 
@@ -42,33 +25,34 @@ public:
     ~clsKeldoX() override;
 
     // --- transaction ---------------------------------------------------------------------------
-    std::int32_t Connection() const { return m_connection; }
-    void setConnection(std::int32_t transport) { m_connection = transport; }
-    void setDisplayErrors(bool display) { m_displayErrors = display; }
-    bool displaysErrors() const { return m_displayErrors; }
+    using Exchange::Network;
+    using Exchange::NoTransport;
+    using Exchange::SerialPort;
+    using Exchange::Transport;
+
+    using Exchange::commPort;
+    using Exchange::Connection;
+    using Exchange::deviceWrite;
+    using Exchange::displaysErrors;
+    using Exchange::lastReply;
+    using Exchange::lastStatus;
+    using Exchange::PortIsOpen;
+    using Exchange::setConnection;
+    using Exchange::setDisplayErrors;
+
     // On: an unlocked oscillator in a step reply also raises DUTError.
     void setRaiseErrorEvents(bool raise) { m_raiseErrorEvents = raise; }
-    bool DeviceFound() const { return m_deviceFound; }
-    void setDeviceFound(bool found) { m_deviceFound = found; }
+    bool DeviceFound() const { return setup().deviceFound; }
+    void setDeviceFound(bool found) { setup().deviceFound = found; }
     QString DebugInfo() const { return m_debugInfo; }
     void setDebugInfo(const QString &text) { m_debugInfo = text; }
-    bool isInitialized() const { return m_initialized; }
-    std::int32_t lastStatus() const { return m_lastStatus; }
-    QString lastReply() const { return m_lastReply; }
-
-    // The serial port object, made on first use. Never null.
-    std::shared_ptr<clsCommPort> commPort();
+    bool isInitialized() const { return setup().initialized; }
 
     // Opens the serial port; a box tells when it could not be opened.
     void InitThePort();
     // Opens the port, addresses and identifies the unit and reads its set-up. True when a unit
     // answered with an accepted identity. Ends with DUTChange and one reading of the frequency.
     bool Initialize();
-    bool PortIsOpen();
-
-    // Sends one command line (without its carriage return) and gives the reply without trailing
-    // blanks, CR and LF; what had arrived after a time-out; empty on a closed port. Stops polling.
-    QString deviceWrite(const QString &command);
     // Keeps digits, signs and points of a reply: "12.5 MHz" gives "12.5".
     static QString ParseData(const QString &text);
     void LISTEN(std::int16_t address); // sends >LISTENnn
@@ -173,52 +157,26 @@ public:
     // !ATAB: the unit stores its detector value at the address. Gives that value; 0 when it failed.
     std::int32_t StoreADCvalue(std::int16_t value);
 
-signals:
-    void FreqChange(qint32 step, double freqMHz);
-    void QuickFreqChange(qint32 step, double freqMHz);
-    void AGCChange(bool on);
-    void AGCOffsetChange(double decibels);
-    void AttenChange(double decibels);
-    void InputAttenChange(double decibels);
-    void DUTChange();
-    void StatusChange(qint32 status);
-    void DUTError(bool error);
-    void ZNChange(qint16 setting);
-    void BypassChange(bool on);
-    void ZNcalModeChange(bool &on);
-    void GetPassword();
-    void InputLimitingModeChange(qint16 mode);
-
-    // A command is about to be sent. Polling stops on it, and only its owner starts it again.
-    void AboutToExchange();
-    // The unit's port hung up; the object stays usable and opens it again when initialized.
-    void LinkLost();
-
 private:
-    using Test = bool (*)(const QString &reply);
     using Store = std::function<void(double number)>;
 
     // What a query is: its command, the test of a good reply, and the message for a bad one
     // (nullptr for none).
-    struct Query
+    struct ReplyQuery
     {
         const char *command;
         Test isGood;
         const char *message;
     };
 
-    std::int32_t ask(const Query &query, const Store &store);
+    std::int32_t ask(const ReplyQuery &query, const Store &store);
     std::int32_t judgeEcho(const QString &reply, const QString &sent, const char *message,
                            const Store &store);
     std::int32_t judgeSwitch(const QString &reply, bool on, const char *message, bool &member);
     std::int32_t judgeFailure(const QString &reply, const char *message);
     bool isRefused(const QString &reply, std::int32_t &status);
-    void complain(const char *message);
-    void logBadReply() const;
-    void finish(std::int32_t status); // keeps the status and raises StatusChange
     void readSetup();
     void readFineTuning();
-    void writeFactory(const char *source, const QString &command, double value);
     void raiseFreqChange(std::int32_t step);
     void judgeStepReply(const QString &reply, std::int32_t step);
     double askStartFreq();
@@ -226,7 +184,7 @@ private:
     void askOptions(const char *source, const char *command, std::int32_t &word);
     void askAOPT();
     void askCOPT();
-    bool optionBit(std::int32_t mask, std::int32_t &word, void (clsKeldoX::*query)());
+    bool optionBit(std::int32_t mask, std::int32_t &word, void (clsKeldoX::*asks)());
     void askHasBypass();
     bool hasNewOptionC();
     std::int32_t judgeClicks(const QString &reply, const char *message, std::int16_t &member);
@@ -243,23 +201,12 @@ private:
     std::optional<std::int16_t> askAGCdata();
     std::int32_t storeADC(std::int16_t address, std::int32_t &reading);
     std::int32_t judgeService(const QString &reply, bool isGood, const char *message);
-    void onHungUp();
 
-    std::int32_t m_connection = NoTransport;
     std::int16_t m_addr = 0;
-    bool m_initialized = false;
-    bool m_initializing = false;
-    bool m_readingSetup = false;
-    bool m_setupIsGood = false; // every set-up value had a good reply
-    bool m_deviceFound = false;
-    bool m_displayErrors = true;
     bool m_raiseErrorEvents = false;
-    bool m_complained = false; // while initializing: one box tells of a unit that fell silent
     QString m_id;
     QString m_firmware;
-    QString m_lastReply;
     QString m_debugInfo;
-    std::int32_t m_lastStatus = Good;
     std::int32_t m_optionA = -1; // -1: not asked yet, every option reads as present
     std::int32_t m_optionC = -1;
 
@@ -295,6 +242,4 @@ private:
     std::int16_t m_deadBand = 0;
     std::int16_t m_startOfAGCTable = 0;
     std::int16_t m_agcData = 0;
-
-    std::shared_ptr<clsCommPort> m_port;
 };

@@ -29,14 +29,14 @@ bool endsWithHz(const QString &reply)
 
 double clsKeldoX::StartFreq()
 {
-    return m_initialized ? m_startFreq : askStartFreq();
+    return setup().initialized ? m_startFreq : askStartFreq();
 }
 
 double clsKeldoX::askStartFreq()
 {
-    const auto keepAlive = weak_from_this().lock();
+    const auto unit = keepAlive();
     if (!PortIsOpen())
-        return m_initialized ? m_startFreq : 0;
+        return setup().initialized ? m_startFreq : 0;
     reportAndEnd("clsKeldoX.Get StartFreq", [this] {
         finish(ask({"*START FREQ?", endsWithMHz,
                     "The device did not respond correctly to a 'start frequency' query."},
@@ -53,7 +53,7 @@ void clsKeldoX::setStartFreq(double megahertz)
 
 double clsKeldoX::StopFreq()
 {
-    const auto keepAlive = weak_from_this().lock();
+    const auto unit = keepAlive();
     reportAndEnd("clsKeldoX.Get StopFreq", [this] {
         if (m_startFreq == 0)
             askStartFreq();
@@ -66,7 +66,7 @@ double clsKeldoX::StopFreq()
 
 double clsKeldoX::CenterFreq()
 {
-    const auto keepAlive = weak_from_this().lock();
+    const auto unit = keepAlive();
     reportAndEnd("clsKeldoX.Get CenterFreq", [this] {
         if (m_startFreq == 0)
             askStartFreq();
@@ -80,10 +80,10 @@ double clsKeldoX::CenterFreq()
 // The member keeps the fraction of the IF; only whole megahertz are ever reported.
 std::int32_t clsKeldoX::IFfreq()
 {
-    const auto keepAlive = weak_from_this().lock();
+    const auto unit = keepAlive();
     std::int32_t result = 0;
     reportAndEnd("clsKeldoX.Get IFfreq", [&] {
-        if (!m_initialized) {
+        if (!setup().initialized) {
             if (!PortIsOpen())
                 return;
             finish(ask({"*IFRQ?", endsWithMHz,
@@ -111,8 +111,8 @@ void clsKeldoX::setIFfreq(std::int32_t megahertz)
 // A unit that cannot tell its bandwidth has bandwidth 0; that is never reported as an error.
 std::int32_t clsKeldoX::ChanBW()
 {
-    const auto keepAlive = weak_from_this().lock();
-    if (m_initialized)
+    const auto unit = keepAlive();
+    if (setup().initialized)
         return m_channelBandwidth;
     if (!PortIsOpen())
         return 0;
@@ -121,8 +121,8 @@ std::int32_t clsKeldoX::ChanBW()
         if (firmwareNumber() <= firmwareWithoutBandwidth)
             return;
         const QString reply = deviceWrite(QStringLiteral("*BNDW?"));
-        if (m_readingSetup && reply.isEmpty())
-            m_setupIsGood = false;
+        if (setup().reading && reply.isEmpty())
+            setup().isGood = false;
         if (isNumeric(reply)) {
             const double number = leadingNumber(ParseData(reply));
             if (std::abs(number) <= std::numeric_limits<std::int32_t>::max())
@@ -140,9 +140,9 @@ void clsKeldoX::setChanBW(std::int32_t bandwidth)
 
 std::int32_t clsKeldoX::ChannelSpacing()
 {
-    const auto keepAlive = weak_from_this().lock();
+    const auto unit = keepAlive();
     if (!PortIsOpen())
-        return m_initialized ? m_channelSpacing : 0;
+        return setup().initialized ? m_channelSpacing : 0;
     reportAndEnd("clsKeldoX.Get ChannelSpacing", [this] {
         finish(ask({"*CHAN SPACE?", endsWithHz,
                     "The device did not respond correctly to a 'channel spacing' query."},
@@ -158,14 +158,14 @@ void clsKeldoX::setChannelSpacing(std::int32_t hertz)
 
 std::int32_t clsKeldoX::MaxStep()
 {
-    return m_initialized ? m_maxStep : askMaxStep();
+    return setup().initialized ? m_maxStep : askMaxStep();
 }
 
 std::int32_t clsKeldoX::askMaxStep()
 {
-    const auto keepAlive = weak_from_this().lock();
+    const auto unit = keepAlive();
     if (!PortIsOpen())
-        return m_initialized ? m_maxStep : 0;
+        return setup().initialized ? m_maxStep : 0;
     reportAndEnd("clsKeldoX.Get MaxStep", [this] {
         const auto isGood = [](const QString &reply) {
             return isNumeric(reply) && numericValue(reply) > 0;
@@ -184,7 +184,7 @@ void clsKeldoX::setMaxStep(std::int32_t steps)
 
 std::int16_t clsKeldoX::preScaler()
 {
-    const auto keepAlive = weak_from_this().lock();
+    const auto unit = keepAlive();
     std::int16_t divisor = 0;
     if (!PortIsOpen())
         return divisor;
@@ -204,7 +204,7 @@ void clsKeldoX::setPreScaler(std::int16_t divisor)
 
 double clsKeldoX::MHzToSteps(double megahertz)
 {
-    const auto keepAlive = weak_from_this().lock();
+    const auto unit = keepAlive();
     if (m_channelSpacing < 1)
         ChannelSpacing();
     return m_channelSpacing < 1 ? 0 : megahertz * hertzPerMegahertz / m_channelSpacing;
@@ -212,7 +212,7 @@ double clsKeldoX::MHzToSteps(double megahertz)
 
 double clsKeldoX::StepsToMHz(std::int32_t steps)
 {
-    const auto keepAlive = weak_from_this().lock();
+    const auto unit = keepAlive();
     if (m_channelSpacing < 1)
         ChannelSpacing();
     return m_channelSpacing / hertzPerMegahertz * steps;

@@ -35,7 +35,7 @@ QString onOff(bool on)
 
 bool clsKeldoX::AGC()
 {
-    const auto keepAlive = weak_from_this().lock();
+    const auto unit = keepAlive();
     if (!PortIsOpen())
         return false;
     reportAndEnd("clsKeldoX.Get AGC", [this] {
@@ -47,7 +47,7 @@ bool clsKeldoX::AGC()
             status = BadReply;
             complain("The device did not respond correctly to an AGC query.");
         }
-        m_lastStatus = status;
+        keep(status);
         emit AGCChange(m_agc);
         finish(status);
     });
@@ -56,7 +56,7 @@ bool clsKeldoX::AGC()
 
 void clsKeldoX::setAGC(bool on)
 {
-    const auto keepAlive = weak_from_this().lock();
+    const auto unit = keepAlive();
     reportAndEnd("clsKeldoX.Let AGC", [&] {
         if (!PortIsOpen() || firmwareNumber() <= lastFirmwareWithoutAGC)
             return;
@@ -71,7 +71,7 @@ void clsKeldoX::setAGC(bool on)
 // No StatusChange here: a bad reply is normal while AGC runs and must not turn the light red.
 double clsKeldoX::atten()
 {
-    const auto keepAlive = weak_from_this().lock();
+    const auto unit = keepAlive();
     if (!PortIsOpen())
         return 0;
     reportAndEnd("clsKeldoX.Get atten", [this] {
@@ -86,7 +86,7 @@ double clsKeldoX::atten()
 
 void clsKeldoX::setAtten(double decibels)
 {
-    const auto keepAlive = weak_from_this().lock();
+    const auto unit = keepAlive();
     reportAndEnd("clsKeldoX.Let atten", [&] {
         if (!PortIsOpen())
             return;
@@ -102,12 +102,12 @@ void clsKeldoX::setAtten(double decibels)
 
 std::int16_t clsKeldoX::MaxAtten()
 {
-    const auto keepAlive = weak_from_this().lock();
+    const auto unit = keepAlive();
     if (!PortIsOpen())
         return 0;
     reportAndEnd("clsKeldoX.Get MaxAtten", [this] {
         if (firmwareNumber() <= lastFirmwareWithoutMaxAtten) {
-            if (!m_initialized)
+            if (!setup().initialized)
                 askAOPT();
             if ((m_optionA & attenuator50dB) != 0)
                 m_maxAtten = 50;
@@ -125,7 +125,7 @@ std::int16_t clsKeldoX::MaxAtten()
         } catch (const RunTimeError &) {
             status = BadReply;
         }
-        m_lastStatus = status;
+        keep(status);
         if (status == BadReply)
             complain("The device did not respond correctly to a 'max attenuation' query.");
         finish(status);
@@ -136,7 +136,7 @@ std::int16_t clsKeldoX::MaxAtten()
 // A unit that cannot tell its step simply has step 0; that is no error.
 double clsKeldoX::attenStep()
 {
-    const auto keepAlive = weak_from_this().lock();
+    const auto unit = keepAlive();
     if (!PortIsOpen())
         return 0;
     reportAndEnd("clsKeldoX.Get attenStep", [this] {
@@ -150,7 +150,7 @@ double clsKeldoX::attenStep()
 
 double clsKeldoX::InputAtten()
 {
-    const auto keepAlive = weak_from_this().lock();
+    const auto unit = keepAlive();
     if (!PortIsOpen())
         return 0;
     reportAndEnd("clsKeldoX.Get InputAtten", [this] {
@@ -164,7 +164,7 @@ double clsKeldoX::InputAtten()
 // The one setting without a password path, on purpose: a refusal is a bad reply like any other.
 void clsKeldoX::setInputAtten(double decibels)
 {
-    const auto keepAlive = weak_from_this().lock();
+    const auto unit = keepAlive();
     reportAndEnd("clsKeldoX.Let InputAtten", [&] {
         if (!PortIsOpen())
             return;
@@ -175,7 +175,7 @@ void clsKeldoX::setInputAtten(double decibels)
             m_inputAtten = numericValue(number);
         else
             status = BadReply;
-        m_lastStatus = status;
+        keep(status);
         if (status == BadReply)
             complain("The device did not respond correctly to an input attenuation command.");
         emit InputAttenChange(m_inputAtten);
@@ -186,7 +186,7 @@ void clsKeldoX::setInputAtten(double decibels)
 // The reverse of the usual order, on purpose: the status first, then the value.
 double clsKeldoX::attenOffset()
 {
-    const auto keepAlive = weak_from_this().lock();
+    const auto unit = keepAlive();
     if (!PortIsOpen() || firmwareNumber() < firstFirmwareWithAGCOffset)
         return 0;
     reportAndEnd("clsKeldoX.Get attenOffset", [this] {
@@ -200,7 +200,7 @@ double clsKeldoX::attenOffset()
 
 void clsKeldoX::setAttenOffset(double decibels)
 {
-    const auto keepAlive = weak_from_this().lock();
+    const auto unit = keepAlive();
     reportAndEnd("clsKeldoX.Let attenOffset", [&] {
         if (!PortIsOpen() || firmwareNumber() < firstFirmwareWithAGCOffset)
             return;
@@ -216,7 +216,7 @@ void clsKeldoX::setAttenOffset(double decibels)
 
 bool clsKeldoX::Bypass()
 {
-    const auto keepAlive = weak_from_this().lock();
+    const auto unit = keepAlive();
     bool on = false;
     if (!PortIsOpen())
         return on;
@@ -229,7 +229,7 @@ bool clsKeldoX::Bypass()
             status = BadReply;
             complain(nullptr);
         }
-        m_lastStatus = status;
+        keep(status);
         emit BypassChange(m_bypass);
         finish(status);
     });
@@ -238,7 +238,7 @@ bool clsKeldoX::Bypass()
 
 void clsKeldoX::setBypass(bool on)
 {
-    const auto keepAlive = weak_from_this().lock();
+    const auto unit = keepAlive();
     reportAndEnd("clsKeldoX.Let Bypass", [&] {
         if (!PortIsOpen())
             return;
@@ -257,7 +257,7 @@ bool clsKeldoX::HasAdjustableInputLimiting()
 
 std::int16_t clsKeldoX::InputLimitingMode()
 {
-    const auto keepAlive = weak_from_this().lock();
+    const auto unit = keepAlive();
     if (!HasAdjustableInputLimiting())
         return 0;
     reportAndEnd("clsKeldoX.Get InputLimitingMode", [this] {
@@ -274,7 +274,7 @@ std::int16_t clsKeldoX::InputLimitingMode()
 
 void clsKeldoX::setInputLimitingMode(std::int16_t mode)
 {
-    const auto keepAlive = weak_from_this().lock();
+    const auto unit = keepAlive();
     reportAndEnd("clsKeldoX.Let InputLimitingMode", [&] {
         if (!HasAdjustableInputLimiting())
             return;
@@ -282,10 +282,10 @@ void clsKeldoX::setInputLimitingMode(std::int16_t mode)
             deviceWrite(QStringLiteral("InputLimitMode") + numberToTextWithBlank(mode));
         std::int32_t status = BadReply;
         if (isNumeric(reply) && leadingNumber(ParseData(reply)) == mode) {
-            status = m_lastStatus = Good;
+            status = keep(Good);
             m_inputLimitingMode = mode;
         } else if (!isRefused(reply, status)) {
-            m_lastStatus = BadReply;
+            keep(BadReply);
             // Two messages that differ by the full stop: with it the unit chose another mode,
             // without it the unit did not answer with a mode at all.
             complain(

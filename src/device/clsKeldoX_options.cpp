@@ -39,8 +39,8 @@ bool isErrorWord(const QString &reply)
 // empty and the firmware number 0.
 QString clsKeldoX::FirmwareRevision()
 {
-    const auto keepAlive = weak_from_this().lock();
-    if (m_initialized)
+    const auto unit = keepAlive();
+    if (setup().initialized)
         return m_firmware;
     QString reply;
     reportAndEnd("clsKeldoX.Get FirmwareRevision", [&] {
@@ -54,16 +54,16 @@ QString clsKeldoX::FirmwareRevision()
 
 double clsKeldoX::firmwareNumber()
 {
-    const auto keepAlive = weak_from_this().lock();
-    if (m_firmware.isEmpty() && !m_initialized && !m_initializing)
+    const auto unit = keepAlive();
+    if (m_firmware.isEmpty() && !setup().initialized && !setup().initializing)
         FirmwareRevision();
     return leadingNumber(m_firmware.right(4));
 }
 
 std::int32_t clsKeldoX::AOPT()
 {
-    const auto keepAlive = weak_from_this().lock();
-    if (!m_initialized) {
+    const auto unit = keepAlive();
+    if (!setup().initialized) {
         if (!PortIsOpen())
             return 0;
         askAOPT();
@@ -83,8 +83,8 @@ void clsKeldoX::setAOPT(std::int32_t word)
 
 std::int32_t clsKeldoX::COPT()
 {
-    const auto keepAlive = weak_from_this().lock();
-    if (!m_initialized) {
+    const auto unit = keepAlive();
+    if (!setup().initialized) {
         if (!PortIsOpen())
             return 0;
         askCOPT();
@@ -99,20 +99,20 @@ bool clsKeldoX::hasNewOptionC()
 
 void clsKeldoX::askCOPT()
 {
-    const auto keepAlive = weak_from_this().lock();
+    const auto unit = keepAlive();
     askOptions("clsKeldoX.Get COPT", hasNewOptionC() ? "OPTC?" : "*BOPT?", m_optionC);
 }
 
 void clsKeldoX::setCOPT(std::int32_t word)
 {
-    const auto keepAlive = weak_from_this().lock();
+    const auto unit = keepAlive();
     writeFactory("clsKeldoX.Let COPT",
                  hasNewOptionC() ? QStringLiteral("OPTC") : QStringLiteral("!BOPT"), word);
 }
 
 void clsKeldoX::askOptions(const char *source, const char *command, std::int32_t &word)
 {
-    const auto keepAlive = weak_from_this().lock();
+    const auto unit = keepAlive();
     reportAndEnd(source, [&] {
         if (!PortIsOpen())
             return;
@@ -132,11 +132,11 @@ void clsKeldoX::askOptions(const char *source, const char *command, std::int32_t
         } catch (const RunTimeError &) {
             status = BadReply;
         }
-        m_lastStatus = status;
+        keep(status);
         if (status == BadReply) {
             word = allOptions;
-            if (m_readingSetup)
-                m_setupIsGood = false;
+            if (setup().reading)
+                setup().isGood = false;
             complain("The device did not respond correctly to an 'options' query.\r\n"
                      "This is normal for some units with old firmware.");
         }
@@ -146,11 +146,11 @@ void clsKeldoX::askOptions(const char *source, const char *command, std::int32_t
 
 // Asks the unit while it has not been initialized and keeps the word. On a closed port the
 // untouched word is tested: before the first query every option reads as present.
-bool clsKeldoX::optionBit(std::int32_t mask, std::int32_t &word, void (clsKeldoX::*query)())
+bool clsKeldoX::optionBit(std::int32_t mask, std::int32_t &word, void (clsKeldoX::*asks)())
 {
-    const auto keepAlive = weak_from_this().lock();
-    if (!m_initialized && PortIsOpen())
-        (this->*query)();
+    const auto unit = keepAlive();
+    if (!setup().initialized && PortIsOpen())
+        (this->*asks)();
     return (word & mask) != 0;
 }
 
@@ -161,7 +161,7 @@ bool clsKeldoX::HasAGC()
 
 void clsKeldoX::setHasAGC(bool fitted)
 {
-    const auto keepAlive = weak_from_this().lock();
+    const auto unit = keepAlive();
     if (!PortIsOpen())
         return;
     writeFactory("clsKeldoX.Let HasAGC", QStringLiteral("!AGC"), fitted ? 1 : 0);
@@ -180,7 +180,7 @@ bool clsKeldoX::HasInputAtten()
 
 bool clsKeldoX::HasAGCOffset()
 {
-    const auto keepAlive = weak_from_this().lock();
+    const auto unit = keepAlive();
     const bool agc = HasAGC();
     const double firmware = firmwareNumber();
     return agc && firmware >= firstFirmwareWithAGCOffset && firmware <= lastFirmwareWithAGCOffset;
@@ -195,11 +195,11 @@ bool clsKeldoX::HasPelltrim()
 // the fine-tuning bit is ever read from it.
 void clsKeldoX::setHasPelltrim(bool fitted)
 {
-    const auto keepAlive = weak_from_this().lock();
+    const auto unit = keepAlive();
     reportAndEnd("clsKeldoX.Let HasPelltrim", [&] {
         if (!PortIsOpen())
             return;
-        if (!m_initialized)
+        if (!setup().initialized)
             askCOPT();
         setCOPT(fitted ? m_optionC | pelltrimBit : m_optionC & withoutPelltrimBit);
         askCOPT();
@@ -210,15 +210,15 @@ void clsKeldoX::setHasPelltrim(bool fitted)
 
 bool clsKeldoX::HasBypass()
 {
-    const auto keepAlive = weak_from_this().lock();
-    if (!m_initialized && PortIsOpen())
+    const auto unit = keepAlive();
+    if (!setup().initialized && PortIsOpen())
         askHasBypass();
     return m_hasBypass;
 }
 
 void clsKeldoX::askHasBypass()
 {
-    const auto keepAlive = weak_from_this().lock();
+    const auto unit = keepAlive();
     reportAndEnd("clsKeldoX.Get HasBypass", [this] {
         m_hasBypass = false;
         if (firmwareNumber() > lastFirmwareWithoutBypass) {
@@ -227,8 +227,8 @@ void clsKeldoX::askHasBypass()
             // What fits no 16-bit number tells of no bypass either; nothing is reported here.
             if (std::abs(number) <= std::numeric_limits<std::int16_t>::max())
                 m_hasBypass = (toInt16(number) & bypassBit) != 0;
-            if (m_readingSetup && reply.isEmpty())
-                m_setupIsGood = false;
+            if (setup().reading && reply.isEmpty())
+                setup().isGood = false;
         }
         finish(Good);
     });
@@ -236,7 +236,7 @@ void clsKeldoX::askHasBypass()
 
 void clsKeldoX::setHasBypass(bool fitted)
 {
-    const auto keepAlive = weak_from_this().lock();
+    const auto unit = keepAlive();
     if (!PortIsOpen())
         return;
     writeFactory("clsKeldoX.Let HasBypass", QStringLiteral("!BYP_"), fitted ? 1 : 0);
@@ -249,14 +249,14 @@ std::int16_t clsKeldoX::addr()
 {
     if (!PortIsOpen())
         return 0;
-    if (!m_initialized)
+    if (!setup().initialized)
         m_addr = 0;
     return m_addr;
 }
 
 void clsKeldoX::setAddr(std::int16_t address)
 {
-    const auto keepAlive = weak_from_this().lock();
+    const auto unit = keepAlive();
     // The search gives units their addresses while their ports are closed.
     if (!PortIsOpen()) {
         m_addr = address;
@@ -265,18 +265,18 @@ void clsKeldoX::setAddr(std::int16_t address)
     reportAndEnd("clsKeldoX.Let addr", [&] {
         const QString reply = deviceWrite(QStringLiteral("!ADDR") + numberToTextWithBlank(address));
         if (isNumeric(reply) && leadingNumber(ParseData(reply)) == address) {
-            m_lastStatus = Good;
+            keep(Good);
             m_addr = address;
             return;
         }
-        m_lastStatus = BadReply;
+        keep(BadReply);
         complain("The device did not respond correctly to an address command.");
     });
 }
 
 bool clsKeldoX::Locked()
 {
-    const auto keepAlive = weak_from_this().lock();
+    const auto unit = keepAlive();
     bool locked = false;
     reportAndEnd("clsKeldoX.Get Locked", [&] {
         if (!PortIsOpen())
@@ -289,7 +289,7 @@ bool clsKeldoX::Locked()
             status = LockedAfterStep;
         else if (unlocked)
             status = Unlocked;
-        m_lastStatus = status;
+        keep(status);
         if (!locked)
             complain(unlocked ? "The device oscillator is unlocked!"
                               : "The device did not respond correctly to a 'locked?' query.");

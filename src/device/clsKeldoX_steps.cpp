@@ -8,9 +8,9 @@
 
 std::int32_t clsKeldoX::CurrentStep()
 {
-    const auto keepAlive = weak_from_this().lock();
+    const auto unit = keepAlive();
     if (!PortIsOpen())
-        return m_initialized ? m_currentStep : 0;
+        return setup().initialized ? m_currentStep : 0;
     reportAndEnd("clsKeldoX.Get CurrentStep", [this] {
         const std::int32_t status =
             ask({"*STEP?", isNumeric,
@@ -25,9 +25,9 @@ std::int32_t clsKeldoX::CurrentStep()
 
 void clsKeldoX::setCurrentStep(std::int32_t step)
 {
-    const auto keepAlive = weak_from_this().lock();
+    const auto unit = keepAlive();
     reportAndEnd("clsKeldoX.Let CurrentStep", [&] {
-        if (!m_deviceFound || !PortIsOpen())
+        if (!setup().deviceFound || !PortIsOpen())
             return;
         if (m_maxStep == 0)
             askMaxStep();
@@ -44,23 +44,23 @@ void clsKeldoX::judgeStepReply(const QString &reply, std::int32_t step)
     std::int32_t status = Good;
     if (reply == QLatin1String("LOCKED")) {
         emit StatusChange(LockedAfterStep);
-        m_lastStatus = Good;
+        keep(Good);
         m_currentStep = step;
         raiseFreqChange(step);
     } else if (reply.contains(QLatin1String("UNLOCKED"))) {
-        status = m_lastStatus = Unlocked;
+        status = keep(Unlocked);
         complain("The device oscillator is unlocked!");
         m_currentStep = step; // the unit has moved all the same
         raiseFreqChange(step);
         if (m_raiseErrorEvents)
             emit DUTError(true);
     } else if (reply.startsWith(QLatin1String("PERMISSION DENIED"))) {
-        status = m_lastStatus = Refused;
+        status = keep(Refused);
         // Always FreqChange: a window that follows a drag cheaply has to go back for good.
         emit FreqChange(m_currentStep, StepsToMHz(m_currentStep) + m_startFreq);
         emit GetPassword();
     } else {
-        status = m_lastStatus = BadReply;
+        status = keep(BadReply);
         complain("The device did not respond correctly to a 'current step' command.");
         emit FreqChange(m_currentStep, StepsToMHz(m_currentStep) + m_startFreq);
     }
@@ -78,7 +78,7 @@ void clsKeldoX::raiseFreqChange(std::int32_t step)
 
 double clsKeldoX::currentFreq()
 {
-    const auto keepAlive = weak_from_this().lock();
+    const auto unit = keepAlive();
     reportAndEnd("clsKeldoX.Get currentFreq", [this] {
         if (m_startFreq == 0)
             askStartFreq();
@@ -90,9 +90,9 @@ double clsKeldoX::currentFreq()
 
 void clsKeldoX::setCurrentFreq(double megahertz)
 {
-    const auto keepAlive = weak_from_this().lock();
+    const auto unit = keepAlive();
     reportAndEnd("clsKeldoX.Let currentFreq", [&] {
-        if (!m_deviceFound || !PortIsOpen())
+        if (!setup().deviceFound || !PortIsOpen())
             return;
         if (m_startFreq == 0)
             askStartFreq();
