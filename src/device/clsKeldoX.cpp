@@ -5,6 +5,7 @@
 #include "core/EventLog.h"
 #include "core/Message.h"
 #include "core/ResumeNext.h"
+#include "core/TextNumbers.h"
 #include "platform/PortDirectory.h"
 
 static QString logName()
@@ -12,7 +13,10 @@ static QString logName()
     return QStringLiteral("Keldo-X ");
 }
 
-clsKeldoX::clsKeldoX() : Exchange(static_cast<UnitEvents &>(*this)) {}
+clsKeldoX::clsKeldoX()
+    : Exchange(static_cast<UnitEvents &>(*this)), Options(static_cast<Exchange &>(*this))
+{
+}
 
 clsKeldoX::~clsKeldoX() = default;
 
@@ -83,21 +87,14 @@ void clsKeldoX::readSetup()
     setup().isGood = true;
     setup().reading = true;
     resumeNext(
-        "clsKeldoX.Initialize",
-        [this] {
-            m_firmware.clear();
-            FirmwareRevision();
-            if (m_firmware.isEmpty())
-                setup().isGood = false;
-        },
-        [this] { StartFreq(); }, [this] { MaxStep(); }, [this] { StopFreq(); },
-        [this] { IFfreq(); }, [this] { ChanBW(); }, [this] { askAOPT(); }, [this] { askCOPT(); },
-        [this] { HasBypass(); },
+        "clsKeldoX.Initialize", [this] { rereadFirmware(); }, [this] { StartFreq(); },
+        [this] { MaxStep(); }, [this] { StopFreq(); }, [this] { IFfreq(); }, [this] { ChanBW(); },
+        [this] { AOPT(); }, [this] { COPT(); }, [this] { HasBypass(); },
         [this] {
             if (!HasAGC())
                 setAGC(false);
         },
-        [this] { m_hasPelltrim = HasPelltrim(); }, [this] { InputLimitingMode(); });
+        [this] { HasPelltrim(); }, [this] { InputLimitingMode(); });
     setup().reading = false;
     // A port that was closed under the reading has left values unread without a bad reply.
     if (!PortIsOpen())
@@ -106,7 +103,7 @@ void clsKeldoX::readSetup()
 
 void clsKeldoX::readFineTuning()
 {
-    if (!m_hasPelltrim)
+    if (!knowsPelltrim())
         return;
     askCalibration();
     m_rememberedPelltrim = Pelltrim();
@@ -135,6 +132,37 @@ void clsKeldoX::UNLISTEN()
             return;
         logEvent(logName(), QStringLiteral(" sending UNLISTEN "));
         deviceWrite(QStringLiteral(">UNLISTEN"));
+    });
+}
+
+// With the port open, an object that is not initialized forgets its address when asked: what the
+// unit answers to is not known then.
+std::int16_t clsKeldoX::addr()
+{
+    if (!PortIsOpen())
+        return 0;
+    if (!setup().initialized)
+        m_addr = 0;
+    return m_addr;
+}
+
+void clsKeldoX::setAddr(std::int16_t address)
+{
+    const auto unit = keepAlive();
+    // The search gives units their addresses while their ports are closed.
+    if (!PortIsOpen()) {
+        m_addr = address;
+        return;
+    }
+    reportAndEnd("clsKeldoX.Let addr", [&] {
+        const QString reply = deviceWrite(QStringLiteral("!ADDR") + numberToTextWithBlank(address));
+        if (isNumeric(reply) && leadingNumber(ParseData(reply)) == address) {
+            keep(Good);
+            m_addr = address;
+            return;
+        }
+        keep(BadReply);
+        complain("The device did not respond correctly to an address command.");
     });
 }
 

@@ -8,12 +8,12 @@
 // reported and never leave the object.
 #pragma once
 
-#include "device/Exchange.h"
+#include "device/Options.h"
 
 #include <functional>
 #include <optional>
 
-class clsKeldoX : public UnitEvents, private Exchange
+class clsKeldoX : public UnitEvents, private Exchange, public Options
 {
     Q_OBJECT
 
@@ -108,21 +108,6 @@ public:
     void setInputLimitingMode(std::int16_t mode);
 
     // --- options, identity, status ---------------------------------------------------------------
-    QString FirmwareRevision(); // *REVISION?; the raw reply, also when it is an error word
-    double firmwareNumber();    // the revision's last four characters; 0 when not known
-    std::int32_t AOPT();        // *AOPT?
-    void setAOPT(std::int32_t word);
-    std::int32_t COPT(); // *BOPT? up to firmware 3.37, OPTC? above
-    void setCOPT(std::int32_t word);
-    bool HasAGC();
-    void setHasAGC(bool fitted);
-    bool HasAtten();
-    bool HasInputAtten();
-    bool HasAGCOffset(); // AGC fitted, firmware 2.0 to 3.17
-    bool HasPelltrim();
-    void setHasPelltrim(bool fitted);
-    bool HasBypass(); // *BYP_?; firmware above 1.6
-    void setHasBypass(bool fitted);
     std::int16_t addr(); // no transaction
     // With the port closed the address is stored for Initialize; with the port open the unit is
     // given it (!ADDR).
@@ -181,12 +166,6 @@ private:
     void judgeStepReply(const QString &reply, std::int32_t step);
     double askStartFreq();
     std::int32_t askMaxStep();
-    void askOptions(const char *source, const char *command, std::int32_t &word);
-    void askAOPT();
-    void askCOPT();
-    bool optionBit(std::int32_t mask, std::int32_t &word, void (clsKeldoX::*asks)());
-    void askHasBypass();
-    bool hasNewOptionC();
     std::int32_t judgeClicks(const QString &reply, const char *message, std::int16_t &member);
     void askClicks(const char *source, const char *command, const char *message,
                    std::int16_t &member);
@@ -205,10 +184,7 @@ private:
     std::int16_t m_addr = 0;
     bool m_raiseErrorEvents = false;
     QString m_id;
-    QString m_firmware;
     QString m_debugInfo;
-    std::int32_t m_optionA = -1; // -1: not asked yet, every option reads as present
-    std::int32_t m_optionC = -1;
 
     double m_startFreq = 0;
     double m_stopFreq = 0;
@@ -230,8 +206,6 @@ private:
     bool m_bypass = false;
     std::int16_t m_inputLimitingMode = 0;
 
-    bool m_hasBypass = false;
-    bool m_hasPelltrim = false;
     std::int16_t m_pelltrim = 128;
     std::int16_t m_pelltrimCal = 128;
     std::int16_t m_rememberedPelltrim = 0;

@@ -9,14 +9,13 @@ namespace {
 
 constexpr double lastFirmwareWithoutCalMode = 2.2;
 constexpr double lastFirmwareWithEmulatedCalMode = 2.27;
-constexpr std::int32_t pelltrimBit = 2;
 
 } // namespace
 
 // Tests the word as it stands: a property of fine tuning never asks for the options itself.
 bool clsKeldoX::canFineTune()
 {
-    return PortIsOpen() && (m_optionC & pelltrimBit) != 0;
+    return PortIsOpen() && knowsPelltrim();
 }
 
 std::int32_t clsKeldoX::judgeClicks(const QString &reply, const char *message, std::int16_t &member)

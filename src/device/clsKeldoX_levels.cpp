@@ -12,8 +12,6 @@ constexpr double lastFirmwareWithoutAGC = 1.6;
 constexpr double firstFirmwareWithAGCOffset = 2.0;
 constexpr double lastFirmwareWithoutMaxAtten = 2.3;
 constexpr double firstFirmwareWithInputLimiting = 3.37;
-constexpr std::int32_t attenuator15dB = 1;
-constexpr std::int32_t attenuator50dB = 2;
 
 bool endsWithdB(const QString &reply)
 {
@@ -107,12 +105,7 @@ std::int16_t clsKeldoX::MaxAtten()
         return 0;
     reportAndEnd("clsKeldoX.Get MaxAtten", [this] {
         if (firmwareNumber() <= lastFirmwareWithoutMaxAtten) {
-            if (!setup().initialized)
-                askAOPT();
-            if ((m_optionA & attenuator50dB) != 0)
-                m_maxAtten = 50;
-            else
-                m_maxAtten = (m_optionA & attenuator15dB) != 0 ? 15 : 0;
+            m_maxAtten = maxAttenByOptions();
             return;
         }
         const QString reply = deviceWrite(QStringLiteral("*MXAT?"));

@@ -106,3 +106,27 @@ void clsKeldoX::setCurrentFreq(double megahertz)
                         MessageBox::Exclamation);
     });
 }
+
+bool clsKeldoX::Locked()
+{
+    const auto unit = keepAlive();
+    bool locked = false;
+    reportAndEnd("clsKeldoX.Get Locked", [&] {
+        if (!PortIsOpen())
+            return;
+        const QString reply = deviceWrite(QStringLiteral("*LOCK?"));
+        locked = reply == QLatin1String("LOCKED");
+        const bool unlocked = reply == QLatin1String("UNLOCKED");
+        std::int32_t status = BadReply;
+        if (locked)
+            status = LockedAfterStep;
+        else if (unlocked)
+            status = Unlocked;
+        keep(status);
+        if (!locked)
+            complain(unlocked ? "The device oscillator is unlocked!"
+                              : "The device did not respond correctly to a 'locked?' query.");
+        finish(status);
+    });
+    return locked;
+}
