@@ -14,7 +14,10 @@ static QString logName()
 }
 
 clsKeldoX::clsKeldoX()
-    : Exchange(static_cast<UnitEvents &>(*this)), Options(static_cast<Exchange &>(*this))
+    : Exchange(static_cast<UnitEvents &>(*this)),
+      Options(static_cast<Exchange &>(*this)),
+      FrequencyPlan(*this, *this),
+      StepTuning(*this, *this, *this)
 {
 }
 

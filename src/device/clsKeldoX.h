@@ -8,12 +8,16 @@
 // reported and never leave the object.
 #pragma once
 
-#include "device/Options.h"
+#include "device/StepTuning.h"
 
 #include <functional>
 #include <optional>
 
-class clsKeldoX : public UnitEvents, private Exchange, public Options
+class clsKeldoX : public UnitEvents,
+                  private Exchange,
+                  public Options,
+                  public FrequencyPlan,
+                  public StepTuning
 {
     Q_OBJECT
 
@@ -40,8 +44,6 @@ public:
     using Exchange::setConnection;
     using Exchange::setDisplayErrors;
 
-    // On: an unlocked oscillator in a step reply also raises DUTError.
-    void setRaiseErrorEvents(bool raise) { m_raiseErrorEvents = raise; }
     bool DeviceFound() const { return setup().deviceFound; }
     void setDeviceFound(bool found) { setup().deviceFound = found; }
     QString DebugInfo() const { return m_debugInfo; }
@@ -59,36 +61,6 @@ public:
     void UNLISTEN();                   // sends >UNLISTEN
     QString ID();                      // *ID?; "???" when the unit did not understand
     static bool IsAnKeldoXID(const QString &text);
-
-    // --- frequency plan, MHz and steps -----------------------------------------------------------
-    double StartFreq(); // *START FREQ?
-    void setStartFreq(double megahertz);
-    double StopFreq(); // computed: start + maximum step
-    double CenterFreq();
-    std::int32_t IFfreq();                  // *IFRQ?, rounded to whole MHz
-    void setIFfreq(std::int32_t megahertz); // up to 2147 MHz; beyond it error 6 is reported
-    std::int32_t ChanBW(); // *BNDW?, Hz as the unit reports it; 0 on firmware up to 1.6
-    void setChanBW(std::int32_t bandwidth);
-    std::int32_t ChannelSpacing(); // *CHAN SPACE?, Hz; asked at every read
-    void setChannelSpacing(std::int32_t hertz);
-    std::int32_t MaxStep(); // *MAX STEP?
-    void setMaxStep(std::int32_t steps);
-    std::int32_t CurrentStep(); // *STEP?; asked at every read
-    // *STEP n. Steps below 0 or beyond the maximum are ignored.
-    void setCurrentStep(std::int32_t step);
-    double currentFreq();
-    // Tunes to the nearest step. A box tells of a frequency outside start to stop.
-    void setCurrentFreq(double megahertz);
-    void setQuickfreq(bool quick) { m_quickFreq = quick; } // on: QuickFreqChange, not FreqChange
-    std::int16_t preScaler();                              // *PRSC?
-    void setPreScaler(std::int16_t divisor);               // 64 or 128; others are ignored
-
-    // Offsets from the start frequency, unrounded. 0 steps while the spacing is not known.
-    double MHzToSteps(double megahertz);
-    double StepsToMHz(std::int32_t steps);
-    // Preset memory: 500 entries of two bytes from address 94208.
-    static std::int32_t RomAdddrToStep(std::int32_t address); // zero-based entry
-    static std::int32_t OneBasedIndexToRomAddr(std::int32_t index);
 
     // --- output levels, dB -----------------------------------------------------------------------
     bool AGC();           // *AGC_?
@@ -112,7 +84,6 @@ public:
     // With the port closed the address is stored for Initialize; with the port open the unit is
     // given it (!ADDR).
     void setAddr(std::int16_t address);
-    bool Locked(); // *LOCK?
 
     // --- fine tuning, clicks ---------------------------------------------------------------------
     std::int16_t Pelltrim();               // *ZNSE?
@@ -162,10 +133,6 @@ private:
     bool isRefused(const QString &reply, std::int32_t &status);
     void readSetup();
     void readFineTuning();
-    void raiseFreqChange(std::int32_t step);
-    void judgeStepReply(const QString &reply, std::int32_t step);
-    double askStartFreq();
-    std::int32_t askMaxStep();
     std::int32_t judgeClicks(const QString &reply, const char *message, std::int16_t &member);
     void askClicks(const char *source, const char *command, const char *message,
                    std::int16_t &member);
@@ -182,20 +149,8 @@ private:
     std::int32_t judgeService(const QString &reply, bool isGood, const char *message);
 
     std::int16_t m_addr = 0;
-    bool m_raiseErrorEvents = false;
     QString m_id;
     QString m_debugInfo;
-
-    double m_startFreq = 0;
-    double m_stopFreq = 0;
-    double m_centerFreq = 0;
-    double m_currentFreq = 0;
-    double m_ifFreq = 0;
-    std::int32_t m_channelSpacing = 0;
-    std::int32_t m_maxStep = 0;
-    std::int32_t m_currentStep = 0;
-    std::int32_t m_channelBandwidth = 0;
-    bool m_quickFreq = false;
 
     bool m_agc = false;
     double m_atten = 0;
