@@ -17,7 +17,8 @@ clsKeldoX::clsKeldoX()
     : Exchange(static_cast<UnitEvents &>(*this)),
       Options(static_cast<Exchange &>(*this)),
       FrequencyPlan(*this, *this),
-      StepTuning(*this, *this, *this)
+      StepTuning(*this, *this, *this),
+      Levels(*this, *this, *this)
 {
 }
 

@@ -8,6 +8,7 @@
 // reported and never leave the object.
 #pragma once
 
+#include "device/Levels.h"
 #include "device/StepTuning.h"
 
 #include <functional>
@@ -17,7 +18,8 @@ class clsKeldoX : public UnitEvents,
                   private Exchange,
                   public Options,
                   public FrequencyPlan,
-                  public StepTuning
+                  public StepTuning,
+                  public Levels
 {
     Q_OBJECT
 
@@ -61,23 +63,6 @@ public:
     void UNLISTEN();                   // sends >UNLISTEN
     QString ID();                      // *ID?; "???" when the unit did not understand
     static bool IsAnKeldoXID(const QString &text);
-
-    // --- output levels, dB -----------------------------------------------------------------------
-    bool AGC();           // *AGC_?
-    void setAGC(bool on); // firmware above 1.6
-    double atten();       // *ATTN?; a bad reply is normal while AGC runs. Raises no StatusChange.
-    void setAtten(double decibels);
-    std::int16_t MaxAtten(); // *MXAT?, or from option word A on firmware up to 2.3
-    double attenStep();      // "*ATT STEP? "; 0 when the unit cannot tell
-    double InputAtten();     // "INPUT ATTN?"; raises no event
-    void setInputAtten(double decibels);
-    double attenOffset(); // *AOFF?; firmware 2.0 and above
-    void setAttenOffset(double decibels);
-    bool Bypass(); // *ACT_?
-    void setBypass(bool on);
-    bool HasAdjustableInputLimiting(); // firmware 3.37 and above
-    std::int16_t InputLimitingMode();  // "InputLimitMode?"
-    void setInputLimitingMode(std::int16_t mode);
 
     // --- options, identity, status ---------------------------------------------------------------
     std::int16_t addr(); // no transaction
@@ -151,15 +136,6 @@ private:
     std::int16_t m_addr = 0;
     QString m_id;
     QString m_debugInfo;
-
-    bool m_agc = false;
-    double m_atten = 0;
-    std::int16_t m_maxAtten = 0;
-    double m_attenStep = 0;
-    double m_inputAtten = 0;
-    double m_agcOffset = 0;
-    bool m_bypass = false;
-    std::int16_t m_inputLimitingMode = 0;
 
     std::int16_t m_pelltrim = 128;
     std::int16_t m_pelltrimCal = 128;
