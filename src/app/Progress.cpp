@@ -16,7 +16,7 @@ void showProgressLine(const QString &text)
 void cancelRunning()
 {
     if (const auto search = app().search)
-        search->cancel();
-    if (const auto unit = app().connecting)
-        unit->commPort()->ClosePort();
+        search->cancel(); // and what it connects just now
+    else if (const auto unit = app().connecting)
+        unit->cancelInitialize();
 }

@@ -70,15 +70,6 @@ void showLoopback(std::int16_t port)
     });
 }
 
-// Ends the wait of a unit that is being connected just now.
-void closeUnitPorts()
-{
-    const auto &devices = app().devices;
-    for (int slot = 1; slot <= channelCount; ++slot)
-        if (const auto unit = devices[slot])
-            unit->commPort()->ClosePort();
-}
-
 void searchByMode(std::int16_t mode, const QString &port)
 {
     if (mode == 0 || mode == 1)
@@ -163,7 +154,10 @@ std::shared_ptr<PortSearch> makeSearch()
     QObject::connect(said, &PortSearch::UnitFound, said, [](qint16 port, qint16 address) {
         FoundAnKeldoX(port, ++app().foundUnits, address);
     });
-    QObject::connect(said, &PortSearch::Cancelled, said, [] { closeUnitPorts(); });
+    QObject::connect(said, &PortSearch::Cancelled, said, [] {
+        if (const auto unit = app().connecting)
+            unit->cancelInitialize();
+    });
     return search;
 }
 

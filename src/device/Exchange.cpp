@@ -24,6 +24,8 @@ std::shared_ptr<clsCommPort> Exchange::commPort()
 void Exchange::onHungUp()
 {
     const auto unit = keepAlive();
+    // Another unit may sit at the other end when the device returns.
+    m_setup.isGood = false;
     finish(UnitEvents::BadReply);
     emit m_events.LinkLost();
 }
@@ -33,24 +35,40 @@ bool Exchange::PortIsOpen()
     return m_connection == SerialPort && commPort()->IsOpen();
 }
 
+bool Exchange::canSend()
+{
+    return PortIsOpen() && !commPort()->isBusy();
+}
+
+void Exchange::cancelInitialize()
+{
+    m_setup.cancelled = true;
+    commPort()->ClosePort();
+}
+
 Reply Exchange::send(const QString &command)
 {
     const auto unit = keepAlive();
     Reply reply;
     bool isOpen = m_connection != SerialPort;
+    bool silent = false;
     resumeNext(
         "clsKeldoX.deviceWrite", [this] { emit m_events.AboutToExchange(); },
         [&] {
             if (m_connection != SerialPort)
                 return;
             const auto port = commPort();
-            isOpen = port->IsOpen();
-            if (!isOpen)
+            isOpen = port->IsOpen() && !port->isBusy();
+            if (!isOpen) {
+                if (port->isBusy())
+                    logEvent(logName(), QStringLiteral(" waits for a reply, not sent: ") + command);
                 return;
+            }
             logEvent(logName(), QStringLiteral(" sending ") + command +
                                     QStringLiteral(" to com port %1").arg(port->PortNumber()));
             reply.complete = port->WriteAndWaitForCr(command + QLatin1Char('\r'));
             reply.text = port->Buffer();
+            silent = !reply.complete && reply.text.isEmpty();
             port->ClearBuffer();
         });
     if (!isOpen)
@@ -63,12 +81,77 @@ Reply Exchange::send(const QString &command)
         logEvent(logName(), QStringLiteral(" received ") + reply.text);
     else
         logEvent(QStringLiteral("Keldo-X"), QStringLiteral(" timed out ") + reply.text);
+    noteSilence(silent);
     return reply;
+}
+
+void Exchange::beginReadingIn()
+{
+    m_setup.readingIn = true;
+    m_setup.silent = 0;
+    m_deferred.clear();
+}
+
+// A unit that falls silent would cost a time-out for each of dozens of values: the second one in a
+// row ends it.
+void Exchange::noteSilence(bool silent)
+{
+    if (!m_setup.readingIn)
+        return;
+    if (!silent) {
+        m_setup.silent = 0;
+        if (const QString before = std::exchange(m_deferred, {}); !before.isEmpty())
+            showComplaint(before);
+        return;
+    }
+    if (++m_setup.silent < 2 || !PortIsOpen())
+        return;
+    m_setup.gaveUp = true;
+    m_deferred.clear();
+    logEvent(logName(), QStringLiteral(" has stopped answering"));
+    commPort()->ClosePort();
+}
+
+void Exchange::endReadingIn()
+{
+    m_setup.readingIn = false;
+    const QString before = std::exchange(m_deferred, {});
+    if (m_setup.cancelled || !m_displayErrors)
+        return;
+    if (m_setup.gaveUp)
+        showMessage(QStringLiteral("The unit on COM%1 has stopped answering. Check its power and "
+                                   "data connections, then connect it again.")
+                        .arg(commPort()->PortNumber()),
+                    MessageBox::Exclamation);
+    else if (!before.isEmpty())
+        showComplaint(before);
+}
+
+void Exchange::confirm(std::optional<UnitValue> value)
+{
+    if (value && m_unconfirmed.remove(*value) > 0)
+        emit m_events.ConfirmationChange(*value, true);
+}
+
+// A good answer after a time-out may be the late one of the setting before: a reading alone tells.
+void Exchange::judgeConfirmation(std::optional<UnitValue> value, std::int32_t status, bool complete)
+{
+    if (!value || status == UnitEvents::Refused)
+        return;
+    if (status != UnitEvents::BadReply) {
+        if (!m_unconfirmed.value(*value, true))
+            confirm(value);
+        return;
+    }
+    const bool isNew = !m_unconfirmed.contains(*value);
+    m_unconfirmed[*value] = m_unconfirmed.value(*value) || !complete;
+    if (isNew)
+        emit m_events.ConfirmationChange(*value, false);
 }
 
 bool Exchange::mayAsk(const std::function<bool()> &isOffered)
 {
-    return PortIsOpen() && (!isOffered || isOffered());
+    return canSend() && (!isOffered || isOffered());
 }
 
 bool Exchange::givesMember(Unasked unasked) const
@@ -81,7 +164,9 @@ void Exchange::ask(const Query &asked, const Test &test)
     reportAndEnd(asked.source, [&] {
         const Reply reply = send(QString::fromLatin1(asked.command));
         const bool good = isGood(reply, test);
-        if (!good)
+        if (good)
+            confirm(asked.value);
+        else
             m_setup.miss();
         announce(judge(reply, good, asked.message, asked.mayBeRefused), asked.event,
                  asked.announcing);
@@ -97,6 +182,7 @@ std::int32_t Exchange::set(const Setting &setting)
             return;
         const Reply reply = send(setting.line);
         status = judge(reply, isGood(reply, setting.isGood), setting.message, setting.mayBeRefused);
+        judgeConfirmation(setting.value, status, reply.complete);
         announce(status, setting.event, setting.announcing);
     });
     return status;
@@ -109,8 +195,9 @@ void Exchange::writeFactory(const char *source, const QString &command, double v
 
 bool Exchange::isGood(const Reply &reply, const Test &test)
 {
+    // Half a reply is none: "LOCKED" may be the end of "UNLOCKED", "1" the start of "12".
     try {
-        return test(reply.text);
+        return reply.complete && test(reply.text);
     } catch (const RunTimeError &) {
         return false;
     }
@@ -120,7 +207,7 @@ std::int32_t Exchange::judge(const Reply &reply, bool good, const char *message,
 {
     if (good)
         return keep(UnitEvents::Good);
-    if (!mayBeRefused || !ReplyText::isRefused(reply.text))
+    if (!mayBeRefused || !ReplyText::isRefused(reply.whole()))
         return reject(message);
     keep(UnitEvents::Refused);
     emit m_events.GetPassword();
@@ -139,14 +226,28 @@ void Exchange::complain(const char *message)
     logBadReply();
     if (!message || !m_displayErrors)
         return;
-    // A unit that falls silent while it is connected misses a dozen replies in a row: the first
-    // box says so, the log has the rest.
+    const QString text = QString::fromLatin1(message);
+    if (m_setup.initializing && (m_setup.gaveUp || m_setup.cancelled)) {
+        logEvent(logName(), text);
+        return;
+    }
+    if (m_setup.readingIn && m_setup.silent == 1) {
+        m_deferred = text;
+        return;
+    }
+    showComplaint(text);
+}
+
+// A unit that is garbled while it is connected misses a dozen replies: the first box says so, the
+// log has the rest.
+void Exchange::showComplaint(const QString &message)
+{
     if (m_setup.initializing && m_setup.complained) {
-        logEvent(logName(), QString::fromLatin1(message));
+        logEvent(logName(), message);
         return;
     }
     m_setup.complained = m_setup.initializing;
-    showMessage(QString::fromLatin1(message), MessageBox::Exclamation);
+    showMessage(message, MessageBox::Exclamation);
 }
 
 void Exchange::logBadReply() const

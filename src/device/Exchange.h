@@ -16,11 +16,13 @@
 #include "device/UnitEvents.h"
 #include "port/clsCommPort.h"
 
+#include <QMap>
 #include <QString>
 
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <utility>
 
 // Without trailing blanks, CR and LF.
@@ -28,6 +30,9 @@ struct Reply
 {
     QString text;
     bool complete = false; // the wait ended on the carriage return
+
+    // What may be judged: half a reply may look like another whole one.
+    QString whole() const { return complete ? text : QString(); }
 };
 
 class Exchange
@@ -55,6 +60,7 @@ public:
         Announcing announcing = EventThenStatus;
         Unasked unasked = GivesZero;
         bool mayBeRefused = false; // a refusal asks for the password; else it is a bad reply
+        std::optional<UnitValue> value = {}; // that a good reply confirms
     };
 
     struct Setting
@@ -67,6 +73,7 @@ public:
         std::function<void()> event = {};
         Announcing announcing = EventThenStatus;
         bool mayBeRefused = true;
+        std::optional<UnitValue> value = {}; // that nobody knows after a bad reply
     };
 
     explicit Exchange(UnitEvents &events) : m_events(events) {}
@@ -83,6 +90,17 @@ public:
     // The serial port object, made on first use. Never null.
     std::shared_ptr<clsCommPort> commPort();
     bool PortIsOpen();
+    // The port is open, and no exchange waits on it: in the middle of one it is as closed.
+    bool canSend();
+
+    // The connection that is being made has failed: the port closes, a wait ends, no box follows.
+    void cancelInitialize();
+
+    // A value that was set but not confirmed, until it is read.
+    bool isUnconfirmed(UnitValue value) const { return m_unconfirmed.contains(value); }
+    void confirm(std::optional<UnitValue> value);
+    // By the status and the completeness of a setting's reply.
+    void judgeConfirmation(std::optional<UnitValue> value, std::int32_t status, bool complete);
 
     // Sends one command line (without its carriage return); an empty reply on a closed port, what
     // had arrived after a time-out. Stops polling.
@@ -115,7 +133,14 @@ public:
     void complain(const char *message);
     void finish(std::int32_t status); // keeps the status and raises StatusChange
 
+    // The unit is read in from here on, and no longer: a silent one is given up, and told of in the
+    // end.
+    void beginReadingIn();
+    void endReadingIn();
+
 private:
+    void noteSilence(bool silent);
+    void showComplaint(const QString &message);
     bool mayAsk(const std::function<bool()> &isOffered);
     bool givesMember(Unasked unasked) const;
     void ask(const Query &asked, const Test &test);
@@ -129,6 +154,8 @@ private:
     bool m_displayErrors = true;
     std::int32_t m_lastStatus = UnitEvents::Good;
     QString m_lastReply;
+    QString m_deferred; // the complaint of a first silence: a second one makes it another
+    QMap<UnitValue, bool> m_unconfirmed; // whether a late answer may still come
     Setup m_setup;
 };
 
@@ -149,7 +176,7 @@ template <class Value> Value Exchange::query(const Query &asked, Value &member)
 template <class Body> void Exchange::run(const char *source, Body &&body)
 {
     const auto unit = keepAlive();
-    if (PortIsOpen())
+    if (canSend())
         reportAndEnd(source, std::forward<Body>(body));
 }
 
@@ -157,7 +184,7 @@ template <class Value, class Body>
 Value Exchange::reading(const char *source, const Value &member, Body &&body)
 {
     const auto unit = keepAlive();
-    if (!PortIsOpen())
+    if (!canSend())
         return {};
     reportAndEnd(source, std::forward<Body>(body));
     return member;

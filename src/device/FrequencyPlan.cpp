@@ -47,6 +47,12 @@ double FrequencyPlan::askStartFreq()
         m_startFreq);
 }
 
+void FrequencyPlan::forgetPlan()
+{
+    m_startFreq = m_stopFreq = m_centerFreq = 0;
+    m_ifFreq = m_channelSpacing = m_maxStep = m_channelBandwidth = 0;
+}
+
 void FrequencyPlan::findStartFreq()
 {
     if (m_startFreq == 0)
@@ -112,7 +118,7 @@ std::int32_t FrequencyPlan::ChanBW()
         m_channelBandwidth = 0;
         if (m_options.firmwareNumber() <= Firmware::lastWithoutBandwidth)
             return;
-        const QString reply = m_exchange.send(QStringLiteral("*BNDW?")).text;
+        const QString reply = m_exchange.send(QStringLiteral("*BNDW?")).whole();
         if (reply.isEmpty())
             m_exchange.setup().miss();
         if (isNumeric(reply)) {

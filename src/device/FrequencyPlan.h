@@ -41,6 +41,10 @@ public:
     // Steps from the start, unrounded; nothing for a frequency outside start to stop.
     std::optional<double> stepsOf(double megahertz);
 
+    // Start frequency and spacing have been read: a step has a frequency.
+    bool isKnown() const { return m_startFreq != 0 && m_channelSpacing >= 1; }
+    void forgetPlan(); // another unit may answer
+
 private:
     double askStartFreq();
     std::int32_t askMaxStep();

@@ -9,13 +9,21 @@ static bool endsWithdB(const QString &reply)
     return reply.endsWith(QLatin1String("dB"));
 }
 
+void Levels::forgetLevels()
+{
+    m_agc = m_bypass = false;
+    m_atten = m_attenStep = m_inputAtten = m_agcOffset = 0;
+    m_maxAtten = m_inputLimitingMode = 0;
+}
+
 bool Levels::AGC()
 {
     return m_exchange.query({.source = "clsKeldoX.Get AGC",
                              .command = "*AGC_?",
                              .isGood = ReplyText::isSwitch,
                              .message = "The device did not respond correctly to an AGC query.",
-                             .event = [this] { emit m_events.AGCChange(m_agc); }},
+                             .event = [this] { emit m_events.AGCChange(m_agc); },
+                             .value = UnitValue::AGC},
                             m_agc);
 }
 
@@ -27,7 +35,8 @@ void Levels::setAGC(bool on)
          .isGood = ReplyText::echoOf(on, m_agc),
          .message = "The device did not respond correctly to an AGC command.",
          .isOffered = [this] { return m_options.firmwareNumber() > Firmware::lastWithoutAGC; },
-         .event = [this] { emit m_events.AGCChange(m_agc); }});
+         .event = [this] { emit m_events.AGCChange(m_agc); },
+         .value = UnitValue::AGC});
 }
 
 // No StatusChange here: a bad reply is normal while AGC runs and must not turn the light red.
@@ -40,7 +49,8 @@ double Levels::atten()
          .message = "The device did not respond correctly to an 'attenuation' query.\r\n"
                     "NOTE - This is normal if AGC is on.",
          .event = [this] { emit m_events.AttenChange(m_atten); },
-         .announcing = Exchange::EventWithoutStatus},
+         .announcing = Exchange::EventWithoutStatus,
+         .value = UnitValue::Attenuation},
         m_atten);
 }
 
@@ -50,7 +60,8 @@ void Levels::setAtten(double decibels)
                     .line = QStringLiteral("*ATTN") + numberToTextWithBlank(decibels),
                     .isGood = ReplyText::echoOf(decibels, m_atten),
                     .message = "The device did not respond correctly to an attenuation command.",
-                    .event = [this] { emit m_events.AttenChange(m_atten); }});
+                    .event = [this] { emit m_events.AttenChange(m_atten); },
+                    .value = UnitValue::Attenuation});
 }
 
 std::int16_t Levels::MaxAtten()
@@ -77,7 +88,7 @@ std::int16_t Levels::MaxAtten()
 double Levels::attenStep()
 {
     return m_exchange.reading("clsKeldoX.Get attenStep", m_attenStep, [this] {
-        const QString reply = m_exchange.send(QStringLiteral("*ATT STEP? ")).text;
+        const QString reply = m_exchange.send(QStringLiteral("*ATT STEP? ")).whole();
         m_attenStep = reply.endsWith(QLatin1String("dB steps")) ? ReplyText::numberIn(reply) : 0;
         m_exchange.finish(UnitEvents::Good);
     });
@@ -90,7 +101,8 @@ double Levels::InputAtten()
          .command = "INPUT ATTN?",
          .isGood = endsWithdB,
          .message = "The device did not respond correctly to an 'input attenuation' query.",
-         .announcing = Exchange::EventWithoutStatus},
+         .announcing = Exchange::EventWithoutStatus,
+         .value = UnitValue::InputAttenuation},
         m_inputAtten);
 }
 
@@ -103,7 +115,8 @@ void Levels::setInputAtten(double decibels)
          .isGood = ReplyText::echoOf(decibels, m_inputAtten),
          .message = "The device did not respond correctly to an input attenuation command.",
          .event = [this] { emit m_events.InputAttenChange(m_inputAtten); },
-         .mayBeRefused = false});
+         .mayBeRefused = false,
+         .value = UnitValue::InputAttenuation});
 }
 
 bool Levels::offersOffset()
@@ -121,7 +134,8 @@ double Levels::attenOffset()
          .message = "The device did not respond correctly to an 'attenuation offset' query.",
          .isOffered = [this] { return offersOffset(); },
          .event = [this] { emit m_events.AGCOffsetChange(m_agcOffset); },
-         .announcing = Exchange::StatusThenEvent},
+         .announcing = Exchange::StatusThenEvent,
+         .value = UnitValue::AGCOffset},
         m_agcOffset);
 }
 
@@ -139,7 +153,8 @@ void Levels::setAttenOffset(double decibels)
                     .isGood = keepUnlessRefused,
                     .isOffered = [this] { return offersOffset(); },
                     .event = [this] { emit m_events.AGCOffsetChange(m_agcOffset); },
-                    .announcing = Exchange::StatusThenEvent});
+                    .announcing = Exchange::StatusThenEvent,
+                    .value = UnitValue::AGCOffset});
 }
 
 // After a bad reply the reading is False while the event tells the value before.
@@ -151,8 +166,10 @@ bool Levels::Bypass()
         const bool good = Exchange::isGood(reply, [](const QString &text) {
             return text == ReplyText::onOff(true) || text == ReplyText::onOff(false);
         });
-        if (good)
+        if (good) {
             ReplyText::take(reply.text, m_bypass);
+            m_exchange.confirm(UnitValue::Bypass);
+        }
         on = good && m_bypass;
         const std::int32_t status = m_exchange.judge(reply, good, nullptr, false);
         emit m_events.BypassChange(m_bypass);
@@ -167,7 +184,8 @@ void Levels::setBypass(bool on)
                     .line = QStringLiteral("*ACT_ ") + ReplyText::onOff(on),
                     .isGood = ReplyText::echoOf(on, m_bypass),
                     .message = "device did not respond correctly to BYP command !",
-                    .event = [this] { emit m_events.BypassChange(m_bypass); }});
+                    .event = [this] { emit m_events.BypassChange(m_bypass); },
+                    .value = UnitValue::Bypass});
 }
 
 bool Levels::offersInputLimiting()
@@ -190,7 +208,8 @@ std::int16_t Levels::InputLimitingMode()
          .message = "The device did not respond correctly to an input limiting mode command query.",
          .isOffered = [this] { return offersInputLimiting(); },
          .event = [this] { emit m_events.InputLimitingModeChange(m_inputLimitingMode); },
-         .announcing = Exchange::GoodEventThenStatus},
+         .announcing = Exchange::GoodEventThenStatus,
+         .value = UnitValue::InputLimiting},
         m_inputLimitingMode);
 }
 
@@ -201,7 +220,7 @@ void Levels::setInputLimitingMode(std::int16_t mode)
             return;
         const Reply reply =
             m_exchange.send(QStringLiteral("InputLimitMode") + numberToTextWithBlank(mode));
-        const bool good = ReplyText::isNumber(reply.text, mode);
+        const bool good = ReplyText::isNumber(reply.whole(), mode);
         if (good)
             m_inputLimitingMode = mode;
         // Two messages that differ by the full stop: with it the unit chose another mode,
@@ -211,6 +230,7 @@ void Levels::setInputLimitingMode(std::int16_t mode)
             isNumeric(reply.text)
                 ? "The device did not respond correctly to an input limiting mode command."
                 : "The device did not respond correctly to an input limiting mode command");
+        m_exchange.judgeConfirmation(UnitValue::InputLimiting, status, reply.complete);
         emit m_events.InputLimitingModeChange(m_inputLimitingMode);
         m_exchange.finish(status);
     });

@@ -28,6 +28,8 @@ public:
     std::int16_t InputLimitingMode();  // "InputLimitMode?"
     void setInputLimitingMode(std::int16_t mode);
 
+    void forgetLevels(); // another unit may answer
+
 private:
     bool offersOffset();
     bool offersInputLimiting();

@@ -17,10 +17,17 @@ QString Options::FirmwareRevision()
         return m_firmware;
     QString reply;
     m_exchange.run("clsKeldoX.Get FirmwareRevision", [&] {
-        reply = m_exchange.send(QStringLiteral("*REVISION?")).text;
+        reply = m_exchange.send(QStringLiteral("*REVISION?")).whole();
         m_firmware = ReplyText::isErrorWord(reply) ? QString() : reply;
     });
     return reply;
+}
+
+void Options::forgetOptions()
+{
+    m_firmware.clear();
+    m_optionA = m_optionC = allOptions;
+    m_hasBypass = false;
 }
 
 double Options::firmwareNumber()
@@ -207,7 +214,7 @@ void Options::askHasBypass()
     reportAndEnd("clsKeldoX.Get HasBypass", [this] {
         m_hasBypass = false;
         if (firmwareNumber() > Firmware::lastWithoutBypass) {
-            const QString reply = m_exchange.send(QStringLiteral("*BYP_?")).text;
+            const QString reply = m_exchange.send(QStringLiteral("*BYP_?")).whole();
             const double number = leadingNumber(reply);
             // What fits no 16-bit number tells of no bypass either; nothing is reported here.
             if (std::abs(number) <= std::numeric_limits<std::int16_t>::max())

@@ -36,6 +36,8 @@ public:
     // HasPelltrim by the word as it stands: never asks.
     bool knowsPelltrim() const;
 
+    void forgetOptions(); // another unit may answer: until it is asked, everything reads as fitted
+
 private:
     std::int32_t wordA();
     bool hasNewOptionC();

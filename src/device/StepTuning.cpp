@@ -19,7 +19,8 @@ std::int32_t StepTuning::CurrentStep()
          .message = "The device did not respond correctly to a 'current step' query.",
          .event = [this] { raiseFreqChange(m_currentStep); },
          .announcing = Exchange::GoodEventThenStatus,
-         .unasked = Exchange::GivesSetUpValue},
+         .unasked = Exchange::GivesSetUpValue,
+         .value = UnitValue::Frequency},
         m_currentStep);
 }
 
@@ -31,14 +32,15 @@ void StepTuning::setCurrentStep(std::int32_t step)
         const std::int32_t last = m_plan.knownMaxStep();
         if (step < 0 || step > last)
             return;
-        judgeStepReply(m_exchange.send(QStringLiteral("*STEP") + numberToTextWithBlank(step)).text,
+        judgeStepReply(m_exchange.send(QStringLiteral("*STEP") + numberToTextWithBlank(step)),
                        step);
     });
 }
 
 // The step command is the one setting whose reply is the lock state, not an echo.
-void StepTuning::judgeStepReply(const QString &reply, std::int32_t step)
+void StepTuning::judgeStepReply(const Reply &answer, std::int32_t step)
 {
+    const QString reply = answer.whole();
     std::int32_t status = UnitEvents::Good;
     if (reply == ReplyText::locked) {
         emit m_events.StatusChange(UnitEvents::LockedAfterStep);
@@ -60,12 +62,15 @@ void StepTuning::judgeStepReply(const QString &reply, std::int32_t step)
             m_exchange.reject("The device did not respond correctly to a 'current step' command.");
         raiseOldFrequency();
     }
+    m_exchange.judgeConfirmation(UnitValue::Frequency, status, answer.complete);
     m_exchange.finish(status);
 }
 
 void StepTuning::raiseFreqChange(std::int32_t step)
 {
     const double megahertz = m_plan.frequencyOf(step);
+    if (!m_plan.isKnown())
+        return; // a frequency made of a missing value would be none
     if (m_quickFreq)
         emit m_events.QuickFreqChange(step, megahertz);
     else
@@ -75,7 +80,9 @@ void StepTuning::raiseFreqChange(std::int32_t step)
 // Always FreqChange: a window that follows a drag cheaply has to go back for good.
 void StepTuning::raiseOldFrequency()
 {
-    emit m_events.FreqChange(m_currentStep, m_plan.frequencyOf(m_currentStep));
+    const double megahertz = m_plan.frequencyOf(m_currentStep);
+    if (m_plan.isKnown())
+        emit m_events.FreqChange(m_currentStep, megahertz);
 }
 
 double StepTuning::currentFreq()
@@ -107,7 +114,7 @@ bool StepTuning::Locked()
 {
     bool locked = false;
     m_exchange.run("clsKeldoX.Get Locked", [&] {
-        const QString reply = m_exchange.send(QStringLiteral("*LOCK?")).text;
+        const QString reply = m_exchange.send(QStringLiteral("*LOCK?")).whole();
         locked = reply == ReplyText::locked;
         std::int32_t status = UnitEvents::LockedAfterStep;
         if (reply == ReplyText::unlocked)

@@ -22,10 +22,11 @@ public:
 
     void setQuickfreq(bool quick) { m_quickFreq = quick; } // on: QuickFreqChange, not FreqChange
     // On: an unlocked oscillator in a step reply also raises DUTError.
+    void forgetStep() { m_currentStep = 0; } // another unit may answer
     void setRaiseErrorEvents(bool raise) { m_raiseErrorEvents = raise; }
 
 private:
-    void judgeStepReply(const QString &reply, std::int32_t step);
+    void judgeStepReply(const Reply &answer, std::int32_t step);
     void raiseFreqChange(std::int32_t step);
     void raiseOldFrequency();
 

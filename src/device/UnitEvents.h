@@ -1,6 +1,8 @@
 // What a unit tells the windows.
 #pragma once
 
+#include "device/UnitValue.h"
+
 #include <QObject>
 
 #include <cstdint>
@@ -35,6 +37,10 @@ signals:
     void ZNcalModeChange(bool &on);
     void GetPassword();
     void InputLimitingModeChange(qint16 mode);
+
+    // After a setting without a good answer nobody knows what the unit did: the value is
+    // unconfirmed until a good reading of it. Raised when that changes.
+    void ConfirmationChange(UnitValue value, bool confirmed);
 
     // A command is about to be sent. Polling stops on it, and only its owner starts it again.
     void AboutToExchange();

@@ -56,7 +56,7 @@ bool clsKeldoX::Initialize()
     const auto unit = keepAlive();
     bool accepted = false;
     setup().initializing = true;
-    setup().complained = false;
+    setup().complained = setup().gaveUp = setup().cancelled = false;
     resumeNext(
         "clsKeldoX.Initialize", [] { logEvent(logName(), QStringLiteral(" initializing ")); },
         [this] { InitThePort(); },
@@ -67,18 +67,33 @@ bool clsKeldoX::Initialize()
             }
         },
         [&] { accepted = IsAnKeldoXID(ID().toUpper()); });
-    if (accepted) {
-        resumeNext(
-            "clsKeldoX.Initialize", [this] { setup().deviceFound = true; }, [this] { Locked(); },
-            [this] { readSetup(); }, [this] { readFineTuning(); },
-            [this] {
-                setup().initialized = true;
-                emit DUTChange();
-            },
-            [this] { currentFreq(); });
-    }
+    if (accepted)
+        readIn();
     setup().initializing = false;
-    return accepted;
+    return accepted; // also by a unit that was lost while it was read in
+}
+
+// A port that closes meanwhile, by a hang-up, by the operator or because the unit fell silent, ends
+// it: nothing of a closed port is kept or announced.
+void clsKeldoX::readIn()
+{
+    const auto whileOpen = [this](auto step) {
+        return [this, step] {
+            if (PortIsOpen())
+                step();
+        };
+    };
+    beginReadingIn();
+    resumeNext(
+        "clsKeldoX.Initialize", [this] { setup().deviceFound = true; }, [this] { Locked(); },
+        [this] { readSetup(); }, whileOpen([this] { readFineTuning(); }), whileOpen([this] {
+            setup().initialized = true;
+            emit DUTChange();
+        }),
+        whileOpen([this] { currentFreq(); }));
+    if (!PortIsOpen())
+        setup().initialized = setup().isGood = false;
+    endReadingIn();
 }
 
 // What a unit is does not change while it is connected: it is read once, but read again when a
@@ -90,6 +105,10 @@ void clsKeldoX::readSetup()
     setup().initialized = false;
     setup().isGood = true;
     setup().reading = true;
+    forgetPlan();
+    forgetStep();
+    forgetOptions();
+    forgetLevels();
     resumeNext(
         "clsKeldoX.Initialize", [this] { rereadFirmware(); }, [this] { StartFreq(); },
         [this] { MaxStep(); }, [this] { StopFreq(); }, [this] { IFfreq(); }, [this] { ChanBW(); },
@@ -159,7 +178,8 @@ void clsKeldoX::setAddr(std::int16_t address)
         return;
     }
     reportAndEnd("clsKeldoX.Let addr", [&] {
-        const QString reply = deviceWrite(QStringLiteral("!ADDR") + numberToTextWithBlank(address));
+        const QString reply =
+            send(QStringLiteral("!ADDR") + numberToTextWithBlank(address)).whole();
         if (isNumeric(reply) && leadingNumber(ParseData(reply)) == address) {
             keep(Good);
             m_addr = address;
@@ -177,7 +197,7 @@ QString clsKeldoX::ID()
     reportAndEnd("clsKeldoX.Get ID", [&] {
         if (!PortIsOpen())
             return;
-        const QString reply = deviceWrite(QStringLiteral("*ID?"));
+        const QString reply = send(QStringLiteral("*ID?")).whole();
         const bool notUnderstood =
             reply == QLatin1String("TIMED OUT") || reply == QLatin1String("UNRECOGNIZED COMMAND");
         m_id = notUnderstood ? QStringLiteral("???") : reply;

@@ -36,10 +36,12 @@ public:
     using Exchange::SerialPort;
     using Exchange::Transport;
 
+    using Exchange::cancelInitialize;
     using Exchange::commPort;
     using Exchange::Connection;
     using Exchange::deviceWrite;
     using Exchange::displaysErrors;
+    using Exchange::isUnconfirmed;
     using Exchange::lastReply;
     using Exchange::lastStatus;
     using Exchange::PortIsOpen;
@@ -116,6 +118,7 @@ private:
     std::int32_t judgeSwitch(const QString &reply, bool on, const char *message, bool &member);
     std::int32_t judgeFailure(const QString &reply, const char *message);
     bool isRefused(const QString &reply, std::int32_t &status);
+    void readIn();
     void readSetup();
     void readFineTuning();
     std::int32_t judgeClicks(const QString &reply, const char *message, std::int16_t &member);

@@ -3,6 +3,8 @@
 
 #include "port/clsCommPort.h"
 
+#include <QVariant>
+
 frmMScomm::frmMScomm()
     : CommCtl(new CommControl(this)),
       tmrCommTimer2(new TimerControl(this)),

@@ -14,7 +14,6 @@ private slots:
     void aReplyInPiecesIsAReply();
     void aLateReplyInTimeIsAReply();
     void aLateReplyDoesNotAnswerTheNextCommand();
-    void aUnitThatFallsSilentShowsOneBox();
     void aBadSetupIsReadAgain_data();
     void aBadSetupIsReadAgain();
     void garbageAllTheWay();
@@ -155,28 +154,6 @@ void TestBadLine::aLateReplyDoesNotAnswerTheNextCommand()
     QCOMPARE(f.unit->MaxAtten(), 31);
     QCOMPARE(f.unit->CurrentStep(), 0);
     QCOMPARE(f.unit->lastStatus(), 0);
-}
-
-// Silent after its identity: the first missed reply shows its box, the log has the others.
-void TestBadLine::aUnitThatFallsSilentShowsOneBox()
-{
-    UnitFixture f;
-    f.unit->commPort()->setPortMode(clsCommPort::Event); // keeps the short reply time
-    f.unit->commPort()->settimeOutMs(40);
-    f.line.setListener([&line = f.line](bool fromUnit, const std::string &text) {
-        if (fromUnit && text == "KELDO-X")
-            line.setFault(sim::Fault::Silence);
-    });
-    f.boxes().expect(QStringLiteral("The device did not respond correctly to a 'locked?' query."));
-    QVERIFY(f.unit->Initialize());
-    QCOMPARE(f.boxes().shown().size(), 1);
-    QVERIFY(f.log->lines().contains(
-        QStringLiteral("clsKeldoX|The device did not respond correctly to a 'max step' query.")));
-    QVERIFY(f.events.take().contains(QStringLiteral("DUTChange")));
-    // Boxes come as ever when the connection is over.
-    f.boxes().expect(QString::fromLatin1(spacingBox));
-    f.unit->ChannelSpacing();
-    f.line.setListener({});
 }
 
 void TestBadLine::aBadSetupIsReadAgain_data()

@@ -1,0 +1,350 @@
+// What the unit's object knows and tells on a bad line: half replies, a unit that falls silent, a
+// setting without an answer, another unit at the same port, a question in the middle of another.
+#include "device/UnitFixture.h"
+
+#include <QElapsedTimer>
+
+class TestTruth : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void halfAReplyIsABadReply_data();
+    void halfAReplyIsABadReply();
+    void whatHadArrivedIsStillGiven();
+    void aUnitThatFallsSilentIsGivenUpAfterTwoCommands();
+    void oneSilenceIsTakenForABadReply();
+    void silencesThatDoNotFollowEachOtherDoNotEndIt();
+    void aConnectionThatIsBrokenOffEndsAtOnceWithoutABox();
+    void aSettingWithoutAGoodAnswerIsUnconfirmed_data();
+    void aSettingWithoutAGoodAnswerIsUnconfirmed();
+    void afterATimeOutOnlyAReadingConfirms();
+    void aRefusalLeavesNoDoubt();
+    void anotherUnitAtThePortIsReadAnew();
+    void whatANewUnitDoesNotTellIsNotTheOldOnes();
+    void aMissingValueYieldsNoFrequency_data();
+    void aMissingValueYieldsNoFrequency();
+    void aQuestionInTheMiddleOfAnotherIsNotSent();
+
+private:
+    // The time-out of the first connection can be handed in where the port is in event mode.
+    static void waitOnly(UnitFixture &f, int ms)
+    {
+        f.unit->commPort()->setPortMode(clsCommPort::Event);
+        f.unit->commPort()->settimeOutMs(ms);
+    }
+};
+
+// Collects "value confirmed" pairs.
+struct Doubts
+{
+    explicit Doubts(clsKeldoX &unit)
+    {
+        QObject::connect(&unit, &clsKeldoX::ConfirmationChange, &unit,
+                         [this](UnitValue value, bool confirmed) {
+                             told.append({value, confirmed});
+                         });
+    }
+    QList<QPair<UnitValue, bool>> told;
+};
+
+void TestTruth::halfAReplyIsABadReply_data()
+{
+    QTest::addColumn<QString>("command");
+    QTest::addColumn<QString>("half");
+    QTest::addColumn<Act>("act");
+    QTest::addRow("LOCKED out of UNLOCKED")
+        << "*LOCK?"
+        << "LOCKED" << Act([](clsKeldoX &unit) { QVERIFY(!unit.Locked()); });
+    QTest::addRow("a step command")
+        << "*STEP 7"
+        << "LOCKED" << Act([](clsKeldoX &unit) { unit.setCurrentStep(7); });
+    QTest::addRow("a step") << "*STEP?"
+                            << "1" << Act([](clsKeldoX &unit) { QCOMPARE(unit.CurrentStep(), 0); });
+    QTest::addRow("a level") << "*ATTN 10"
+                             << "10" << Act([](clsKeldoX &unit) { unit.setAtten(10); });
+    QTest::addRow("a switch") << "*AGC_ 1"
+                              << "1" << Act([](clsKeldoX &unit) { unit.setAGC(true); });
+    QTest::addRow("input limiting")
+        << "InputLimitMode 2"
+        << "2" << Act([](clsKeldoX &unit) { unit.setInputLimitingMode(2); });
+    QTest::addRow("fine tuning") << "*ZNSE 40"
+                                 << "40 clicks"
+                                 << Act([](clsKeldoX &unit) { unit.setPelltrim(40); });
+}
+
+void TestTruth::halfAReplyIsABadReply()
+{
+    QFETCH(const QString, command);
+    QFETCH(const QString, half);
+    QFETCH(const Act, act);
+    UnitFixture f;
+    f.connectUnit();
+    f.unit->setDisplayErrors(false);
+    f.unit->commPort()->settimeOutMs(60);
+    f.line.setTerminator("");
+    f.reply(command.toStdString(), half.toStdString());
+    act(*f.unit);
+    QCOMPARE(f.unit->lastStatus(), std::int32_t(clsKeldoX::BadReply));
+    QVERIFY(f.events.take().contains(QStringLiteral("StatusChange 2")));
+}
+
+void TestTruth::whatHadArrivedIsStillGiven()
+{
+    UnitFixture f;
+    f.connectUnit();
+    f.unit->commPort()->settimeOutMs(60);
+    f.line.setTerminator("");
+    f.reply("*STEP?", "12");
+    QCOMPARE(f.unit->deviceWrite(QStringLiteral("*STEP?")), QStringLiteral("12"));
+}
+
+void TestTruth::aUnitThatFallsSilentIsGivenUpAfterTwoCommands()
+{
+    UnitFixture f;
+    waitOnly(f, 40);
+    f.line.setListener([&line = f.line](bool fromUnit, const std::string &text) {
+        if (fromUnit && text == "KELDO-X")
+            line.setFault(sim::Fault::Silence);
+    });
+    f.boxes().expect(QStringLiteral("The unit on COM3 has stopped answering. Check its power and "
+                                    "data connections, then connect it again."),
+                     48);
+    f.unit->Initialize();
+    f.line.setListener({});
+    QVERIFY(!f.unit->PortIsOpen());
+    QVERIFY(!f.unit->isInitialized());
+    QVERIFY(!f.events.take().contains(QStringLiteral("DUTChange")));
+    QStringList commands;
+    for (const std::string &command : f.line.commands())
+        commands.append(QString::fromStdString(command));
+    QCOMPARE(commands, listed("*ID?|*LOCK?|*REVISION?"));
+}
+
+void TestTruth::oneSilenceIsTakenForABadReply()
+{
+    UnitFixture f;
+    waitOnly(f, 40);
+    f.reply("*MAX STEP?", std::nullopt);
+    f.boxes().acceptAll();
+    f.unit->Initialize();
+    QCOMPARE(f.boxes().shown().size(), 1);
+    QCOMPARE(f.boxes().shown().at(0).text,
+             QStringLiteral("The device did not respond correctly to a 'max step' query."));
+    QVERIFY(f.unit->PortIsOpen());
+    QVERIFY(f.events.take().contains(QStringLiteral("DUTChange")));
+}
+
+void TestTruth::silencesThatDoNotFollowEachOtherDoNotEndIt()
+{
+    UnitFixture f;
+    waitOnly(f, 40);
+    f.reply("*REVISION?", std::nullopt);
+    f.reply("*IFRQ?", std::nullopt);
+    f.boxes().acceptAll();
+    f.unit->Initialize();
+    QVERIFY(f.unit->PortIsOpen());
+    QVERIFY(f.events.take().contains(QStringLiteral("DUTChange")));
+}
+
+void TestTruth::aConnectionThatIsBrokenOffEndsAtOnceWithoutABox()
+{
+    UnitFixture f;
+    f.reply("*START FREQ?", std::nullopt);
+    QTimer::singleShot(150, this, [&] { f.unit->cancelInitialize(); });
+    QElapsedTimer clock;
+    clock.start();
+    f.unit->Initialize();
+    QVERIFY(clock.elapsed() < 2000);
+    QVERIFY(!f.unit->PortIsOpen());
+    QVERIFY(f.boxes().shown().isEmpty());
+    QVERIFY(!f.events.take().contains(QStringLiteral("DUTChange")));
+    // The next one is a connection like any other.
+    f.script->clear();
+    QVERIFY(f.unit->Initialize());
+    QVERIFY(f.unit->PortIsOpen());
+}
+
+void TestTruth::aSettingWithoutAGoodAnswerIsUnconfirmed_data()
+{
+    QTest::addColumn<int>("value");
+    QTest::addColumn<QString>("command");
+    QTest::addColumn<Act>("set");
+    QTest::addColumn<Act>("read");
+    const auto row = [](const char *name, UnitValue value, const char *command, Act set, Act read) {
+        QTest::addRow("%s", name) << int(value) << QString::fromLatin1(command) << set << read;
+    };
+    row(
+        "frequency", UnitValue::Frequency, "*STEP 7",
+        [](clsKeldoX &unit) { unit.setCurrentStep(7); },
+        [](clsKeldoX &unit) { unit.CurrentStep(); });
+    row(
+        "attenuation", UnitValue::Attenuation, "*ATTN 10",
+        [](clsKeldoX &unit) { unit.setAtten(10); }, [](clsKeldoX &unit) { unit.atten(); });
+    row(
+        "input attenuation", UnitValue::InputAttenuation, "INPUT ATTN 10",
+        [](clsKeldoX &unit) { unit.setInputAtten(10); },
+        [](clsKeldoX &unit) { unit.InputAtten(); });
+    row(
+        "AGC", UnitValue::AGC, "*AGC_ 0", [](clsKeldoX &unit) { unit.setAGC(false); },
+        [](clsKeldoX &unit) { unit.AGC(); });
+    row(
+        "bypass", UnitValue::Bypass, "*ACT_ 1", [](clsKeldoX &unit) { unit.setBypass(true); },
+        [](clsKeldoX &unit) { unit.Bypass(); });
+    row(
+        "input limiting", UnitValue::InputLimiting, "InputLimitMode 2",
+        [](clsKeldoX &unit) { unit.setInputLimitingMode(2); },
+        [](clsKeldoX &unit) { unit.InputLimitingMode(); });
+    row(
+        "fine tuning", UnitValue::Pelltrim, "*ZNSE 40",
+        [](clsKeldoX &unit) { unit.setPelltrim(40); }, [](clsKeldoX &unit) { unit.Pelltrim(); });
+    row(
+        "calibrated mode", UnitValue::CalMode, "*ZNCM 1",
+        [](clsKeldoX &unit) { unit.setZN_calMode(true); },
+        [](clsKeldoX &unit) { unit.ZN_calMode(); });
+}
+
+void TestTruth::aSettingWithoutAGoodAnswerIsUnconfirmed()
+{
+    QFETCH(const int, value);
+    QFETCH(const QString, command);
+    QFETCH(const Act, set);
+    QFETCH(const Act, read);
+    const auto what = static_cast<UnitValue>(value);
+    UnitFixture f;
+    f.connectUnit();
+    f.unit->setDisplayErrors(false);
+    Doubts doubts(*f.unit);
+    f.reply(command.toStdString(), "x@");
+    set(*f.unit);
+    QVERIFY(f.unit->isUnconfirmed(what));
+    set(*f.unit); // told once
+    QCOMPARE(doubts.told, (QList<QPair<UnitValue, bool>>{{what, false}}));
+    read(*f.unit);
+    QVERIFY(!f.unit->isUnconfirmed(what));
+    QCOMPARE(doubts.told, (QList<QPair<UnitValue, bool>>{{what, false}, {what, true}}));
+    // A good answer after a bad one confirms too: no late one can stand for it.
+    set(*f.unit);
+    QVERIFY(f.unit->isUnconfirmed(what));
+    f.script->clear();
+    set(*f.unit);
+    QVERIFY(!f.unit->isUnconfirmed(what));
+}
+
+void TestTruth::afterATimeOutOnlyAReadingConfirms()
+{
+    UnitFixture f;
+    f.connectUnit();
+    f.unit->setDisplayErrors(false);
+    f.reply("*ATTN 10", std::nullopt);
+    f.unit->commPort()->settimeOutMs(60);
+    f.unit->setAtten(10);
+    QVERIFY(f.unit->isUnconfirmed(UnitValue::Attenuation));
+    f.script->clear();
+    f.unit->commPort()->settimeOutMs(UnitFixture::replyTimeMs);
+    f.unit->setAtten(5);
+    QCOMPARE(f.unit->lastStatus(), std::int32_t(clsKeldoX::Good));
+    QVERIFY(f.unit->isUnconfirmed(UnitValue::Attenuation));
+    f.unit->atten();
+    QVERIFY(!f.unit->isUnconfirmed(UnitValue::Attenuation));
+}
+
+void TestTruth::aRefusalLeavesNoDoubt()
+{
+    UnitFixture f;
+    f.connectUnit();
+    f.line.setFault(sim::Fault::PermissionDenied);
+    f.unit->setAtten(10);
+    f.unit->setCurrentStep(7);
+    QVERIFY(!f.unit->isUnconfirmed(UnitValue::Attenuation));
+    QVERIFY(!f.unit->isUnconfirmed(UnitValue::Frequency));
+}
+
+void TestTruth::anotherUnitAtThePortIsReadAnew()
+{
+    UnitFixture f;
+    f.connectUnit();
+    f.unit->setDisplayErrors(false);
+    f.line.setFault(sim::Fault::Unplug);
+    f.unit->Locked();
+    f.unit->setDisplayErrors(true);
+    sim::UnitSettings other = unitWithFirmware("3.38");
+    other.startMHz = 400;
+    sim::SimulatedLine again;
+    again.addUnit(std::make_shared<sim::SimulatedUnit>(other));
+    f.fixture.plug(UnitFixture::port, again.device());
+    QVERIFY(f.unit->Initialize());
+    QCOMPARE(f.unit->StartFreq(), 400.0);
+    QCOMPARE(f.unit->StopFreq(), 410.0);
+}
+
+void TestTruth::whatANewUnitDoesNotTellIsNotTheOldOnes()
+{
+    UnitFixture f;
+    f.connectUnit();
+    f.unit->setAtten(10);
+    f.unit->setDisplayErrors(false);
+    f.line.setFault(sim::Fault::Unplug);
+    f.unit->Locked();
+    sim::SimulatedLine again;
+    again.addUnit(std::make_shared<sim::SimulatedUnit>(unitWithFirmware("3.38")));
+    again.setResponder([unit = std::make_shared<sim::SimulatedUnit>(unitWithFirmware("3.38"))](
+                           const std::string &command) -> std::optional<std::string> {
+        if (command == "*START FREQ?" || command == "*MAX STEP?" || command == "*ATTN?")
+            return "x@";
+        return unit->answer(command);
+    });
+    f.fixture.plug(UnitFixture::port, again.device());
+    f.unit->Initialize();
+    QCOMPARE(f.unit->StartFreq(), 0.0);
+    QCOMPARE(f.unit->MaxStep(), 0);
+    QCOMPARE(f.unit->atten(), 0.0);
+}
+
+void TestTruth::aMissingValueYieldsNoFrequency_data()
+{
+    QTest::addColumn<QString>("command");
+    QTest::addRow("start frequency") << "*START FREQ?";
+    QTest::addRow("spacing") << "*CHAN SPACE?";
+}
+
+void TestTruth::aMissingValueYieldsNoFrequency()
+{
+    QFETCH(const QString, command);
+    UnitFixture f;
+    f.simulated->setStep(12);
+    f.boxes().acceptAll();
+    f.reply(command.toStdString(), "x@");
+    f.unit->Initialize();
+    f.unit->CurrentStep();
+    f.unit->setCurrentStep(3);
+    const QStringList events = f.events.take();
+    QVERIFY2(events.filter(QStringLiteral("FreqChange")).isEmpty(),
+             qPrintable(events.join(QLatin1Char('|'))));
+}
+
+void TestTruth::aQuestionInTheMiddleOfAnotherIsNotSent()
+{
+    UnitFixture f;
+    f.connectUnit();
+    f.line.setFault(sim::Fault::LateReply);
+    f.line.setLateBy(std::chrono::milliseconds(150));
+    bool ran = false;
+    QTimer::singleShot(50, this, [&] {
+        ran = true;
+        f.unit->setAtten(10);
+        QCOMPARE(f.unit->atten(), 0.0);
+        f.unit->setCurrentStep(9);
+        QCOMPARE(f.unit->deviceWrite(QStringLiteral("*ID?")), QString());
+    });
+    f.unit->setCurrentStep(7);
+    QVERIFY(ran);
+    QCOMPARE(f.unit->lastStatus(), std::int32_t(clsKeldoX::Good));
+    f.line.setFault(sim::Fault::None);
+    QCOMPARE(f.simulated->step(), 7);
+    QCOMPARE(f.sent(), listed("*STEP 7"));
+    QVERIFY(f.boxes().shown().isEmpty());
+}
+
+KELDOX_TEST(TestTruth)
+#include "TestTruth.moc"
