@@ -125,12 +125,12 @@ void TestTruth::oneSilenceIsTakenForABadReply()
 {
     UnitFixture f;
     waitOnly(f, 40);
-    f.reply("*MAX STEP?", std::nullopt);
+    f.reply("*IFRQ?", std::nullopt);
     f.boxes().acceptAll();
     f.unit->Initialize();
     QCOMPARE(f.boxes().shown().size(), 1);
     QCOMPARE(f.boxes().shown().at(0).text,
-             QStringLiteral("The device did not respond correctly to a 'max step' query."));
+             QStringLiteral("The device did not respond correctly to an 'IF frequency' query."));
     QVERIFY(f.unit->PortIsOpen());
     QVERIFY(f.events.take().contains(QStringLiteral("DUTChange")));
 }
