@@ -18,7 +18,8 @@ clsKeldoX::clsKeldoX()
       Options(static_cast<Exchange &>(*this)),
       FrequencyPlan(*this, *this),
       StepTuning(*this, *this, *this),
-      Levels(*this, *this, *this)
+      Levels(*this, *this, *this),
+      FineTuning(*this, *this, *this)
 {
 }
 
@@ -122,19 +123,6 @@ void clsKeldoX::readSetup()
     // A port that was closed under the reading has left values unread without a bad reply.
     if (!PortIsOpen())
         setup().isGood = false;
-}
-
-void clsKeldoX::readFineTuning()
-{
-    if (!knowsPelltrim())
-        return;
-    askCalibration();
-    m_rememberedPelltrim = Pelltrim();
-}
-
-QString clsKeldoX::ParseData(const QString &text)
-{
-    return ReplyText::numberPart(text);
 }
 
 void clsKeldoX::LISTEN(std::int16_t address)

@@ -8,6 +8,7 @@
 // reported and never leave the object.
 #pragma once
 
+#include "device/FineTuning.h"
 #include "device/Levels.h"
 #include "device/StepTuning.h"
 
@@ -19,14 +20,12 @@ class clsKeldoX : public UnitEvents,
                   public Options,
                   public FrequencyPlan,
                   public StepTuning,
-                  public Levels
+                  public Levels,
+                  public FineTuning
 {
     Q_OBJECT
 
 public:
-    static constexpr int MinPelltrimAbsoluteSetting = 0; // clicks
-    static constexpr int MaxPelltrimAbsoluteSetting = 255;
-
     clsKeldoX();
     ~clsKeldoX() override;
 
@@ -59,8 +58,9 @@ public:
     // Opens the port, addresses and identifies the unit and reads its set-up. True when a unit
     // answered with an accepted identity. Ends with DUTChange and one reading of the frequency.
     bool Initialize();
+
     // Keeps digits, signs and points of a reply: "12.5 MHz" gives "12.5".
-    static QString ParseData(const QString &text);
+    static QString ParseData(const QString &text) { return ReplyText::numberPart(text); }
     void LISTEN(std::int16_t address); // sends >LISTENnn
     void UNLISTEN();                   // sends >UNLISTEN
     QString ID();                      // *ID?; "???" when the unit did not understand
@@ -71,15 +71,6 @@ public:
     // With the port closed the address is stored for Initialize; with the port open the unit is
     // given it (!ADDR).
     void setAddr(std::int16_t address);
-
-    // --- fine tuning, clicks ---------------------------------------------------------------------
-    std::int16_t Pelltrim();               // *ZNSE?
-    void setPelltrim(std::int16_t clicks); // sent as it stands; the unit judges it
-    std::int16_t PelltrimCal();            // *ZNCA?
-    void setPelltrimCal(std::int16_t clicks);
-    bool ZN_calMode(); // *ZNCM? above firmware 2.27
-    // Sent above firmware 2.27, emulated above 2.2, nothing below.
-    void setZN_calMode(bool on);
 
     // --- detectors and AGC table, for service ------------------------------------------------
     static constexpr std::int16_t FirstAddr = 36; // of the AGC table in the unit's memory
@@ -120,16 +111,6 @@ private:
     bool isRefused(const QString &reply, std::int32_t &status);
     void readIn();
     void readSetup();
-    void readFineTuning();
-    std::int32_t judgeClicks(const QString &reply, const char *message, std::int16_t &member);
-    void askClicks(const char *source, const char *command, const char *message,
-                   std::int16_t &member);
-    std::int32_t writeClicks(const char *source, const char *command, std::int16_t clicks,
-                             const char *message, std::int16_t &member);
-    std::int32_t writePelltrim(std::int16_t clicks);
-    void askCalibration();
-    void finishClicks(std::int32_t status);
-    bool canFineTune();
     void askDetector(const char *command, std::int32_t &reading);
     void readDetectorThroughTable();
     std::optional<std::int16_t> askAGCdata();
@@ -139,11 +120,6 @@ private:
     std::int16_t m_addr = 0;
     QString m_id;
     QString m_debugInfo;
-
-    std::int16_t m_pelltrim = 128;
-    std::int16_t m_pelltrimCal = 128;
-    std::int16_t m_rememberedPelltrim = 0;
-    bool m_calMode = false;
 
     std::int32_t m_detectorReading = 0;
     std::int32_t m_inputDetectorReading = 0;

@@ -1,0 +1,137 @@
+// Reading and setting clicks, and the calibrated mode of three generations of units.
+#include "device/FineTuning.h"
+
+#include "core/TextNumbers.h"
+#include "device/Firmware.h"
+
+static bool endsWithClicks(const QString &reply)
+{
+    return reply.endsWith(QLatin1String("clicks"));
+}
+
+std::int16_t FineTuning::askClicks(const char *source, const char *command, const char *message,
+                                   std::int16_t &member)
+{
+    return m_exchange.query({.source = source,
+                             .command = command,
+                             .isGood = endsWithClicks,
+                             .message = message,
+                             .isOffered = [this] { return m_options.knowsPelltrim(); },
+                             .event = [this] { emit m_events.ZNChange(m_pelltrim); },
+                             .announcing = Exchange::StatusThenEvent,
+                             .unasked = Exchange::GivesLastReading,
+                             .mayBeRefused = true},
+                            member);
+}
+
+std::int32_t FineTuning::writeClicks(const char *source, const char *command, std::int16_t clicks,
+                                     const char *message, std::int16_t &member)
+{
+    const auto keepClicks = [this, &member](const QString &reply) {
+        if (!endsWithClicks(reply))
+            return false;
+        ReplyText::take(reply, member);
+        // What leaving calibrated mode goes back to, on units that emulate it.
+        if (!m_calMode)
+            m_rememberedPelltrim = m_pelltrim;
+        return true;
+    };
+    return m_exchange.set(
+        {.source = source,
+         .line = QString::fromLatin1(command) + QLatin1Char(' ') + numberToText(clicks),
+         .isGood = keepClicks,
+         .message = message,
+         .isOffered = [this] { return m_options.knowsPelltrim(); },
+         .event = [this] { emit m_events.ZNChange(m_pelltrim); },
+         .announcing = Exchange::StatusThenEvent});
+}
+
+std::int16_t FineTuning::Pelltrim()
+{
+    return askClicks("clsKeldoX.Get Pelltrim", "*ZNSE?",
+                     "The device did not respond correctly to an 'Pelltrim setting' query.",
+                     m_pelltrim);
+}
+
+void FineTuning::setPelltrim(std::int16_t clicks)
+{
+    writePelltrim(clicks);
+}
+
+std::int32_t FineTuning::writePelltrim(std::int16_t clicks)
+{
+    return writeClicks("clsKeldoX.Let Pelltrim", "*ZNSE", clicks,
+                       "The device did not respond correctly to an 'Pelltrim setting' command.",
+                       m_pelltrim);
+}
+
+std::int16_t FineTuning::PelltrimCal()
+{
+    return m_exchange.setup().initialized ? m_pelltrimCal : askCalibration();
+}
+
+std::int16_t FineTuning::askCalibration()
+{
+    return askClicks(
+        "clsKeldoX.Get PelltrimCal", "*ZNCA?",
+        "The device did not respond correctly to an 'Pelltrim calibration setting' query.",
+        m_pelltrimCal);
+}
+
+void FineTuning::setPelltrimCal(std::int16_t clicks)
+{
+    writeClicks("clsKeldoX.Let PelltrimCal", "!ZNCA", clicks,
+                "The device did not respond correctly to an 'Pelltrim cal' command.",
+                m_pelltrimCal);
+}
+
+void FineTuning::readFineTuning()
+{
+    const auto unit = m_exchange.keepAlive();
+    if (!m_options.knowsPelltrim())
+        return;
+    askCalibration();
+    m_rememberedPelltrim = Pelltrim();
+}
+
+bool FineTuning::ZN_calMode()
+{
+    const auto tellsMode = [this] {
+        return m_options.knowsPelltrim() &&
+               m_options.firmwareNumber() > Firmware::lastWithEmulatedCalMode;
+    };
+    return m_exchange.query({.source = "clsKeldoX.Get ZN_calMode",
+                             .command = "*ZNCM?",
+                             .isGood = ReplyText::isSwitch,
+                             .isOffered = tellsMode,
+                             .event = [this] { emit m_events.ZNcalModeChange(m_calMode); },
+                             .unasked = Exchange::GivesLastReading},
+                            m_calMode);
+}
+
+void FineTuning::setZN_calMode(bool on)
+{
+    m_exchange.run("clsKeldoX.Let ZN_calMode", [&] {
+        if (!m_options.knowsPelltrim())
+            return;
+        const std::int32_t status = changeMode(on);
+        emit m_events.ZNcalModeChange(m_calMode);
+        m_exchange.finish(status);
+    });
+}
+
+// Three generations of units: the oldest know no calibrated mode, the next have it emulated here
+// with two settings, the rest do it themselves.
+std::int32_t FineTuning::changeMode(bool on)
+{
+    const double firmware = m_options.firmwareNumber();
+    if (firmware > Firmware::lastWithEmulatedCalMode) {
+        const Reply reply = m_exchange.send(QStringLiteral("*ZNCM ") + ReplyText::onOff(on));
+        return m_exchange.judge(reply, Exchange::isGood(reply, ReplyText::echoOf(on, m_calMode)),
+                                nullptr);
+    }
+    if (firmware <= Firmware::lastWithoutCalMode)
+        return m_exchange.lastStatus();
+    m_calMode = on;
+    return writePelltrim(on ? PelltrimCal() : m_rememberedPelltrim);
+}
