@@ -20,7 +20,8 @@ std::int16_t FineTuning::askClicks(const char *source, const char *command, cons
                              .event = [this] { emit m_events.ZNChange(m_pelltrim); },
                              .announcing = Exchange::StatusThenEvent,
                              .unasked = Exchange::GivesLastReading,
-                             .mayBeRefused = true},
+                             .mayBeRefused = true,
+                             .value = shownValue(member)},
                             member);
 }
 
@@ -43,7 +44,21 @@ std::int32_t FineTuning::writeClicks(const char *source, const char *command, st
          .message = message,
          .isOffered = [this] { return m_options.knowsPelltrim(); },
          .event = [this] { emit m_events.ZNChange(m_pelltrim); },
-         .announcing = Exchange::StatusThenEvent});
+         .announcing = Exchange::StatusThenEvent,
+         .value = shownValue(member)});
+}
+
+// The calibration value is shown nowhere by itself.
+std::optional<UnitValue> FineTuning::shownValue(const std::int16_t &member) const
+{
+    return &member == &m_pelltrim ? std::optional(UnitValue::Pelltrim) : std::nullopt;
+}
+
+void FineTuning::forgetFineTuning()
+{
+    m_pelltrim = m_pelltrimCal = unknownClicks;
+    m_rememberedPelltrim = 0;
+    m_calMode = false;
 }
 
 std::int16_t FineTuning::Pelltrim()
@@ -91,7 +106,11 @@ void FineTuning::readFineTuning()
     if (!m_options.knowsPelltrim())
         return;
     askCalibration();
-    m_rememberedPelltrim = Pelltrim();
+    const std::int16_t clicks = Pelltrim();
+    // In an emulated calibrated mode that is the calibration value: what to go back to stays, also
+    // when the operator has been on another channel.
+    if (!m_calMode)
+        m_rememberedPelltrim = clicks;
 }
 
 bool FineTuning::ZN_calMode()
@@ -105,7 +124,9 @@ bool FineTuning::ZN_calMode()
                              .isGood = ReplyText::isSwitch,
                              .isOffered = tellsMode,
                              .event = [this] { emit m_events.ZNcalModeChange(m_calMode); },
-                             .unasked = Exchange::GivesLastReading},
+                             .unasked = Exchange::GivesLastReading,
+                             .mayBeRefused = true,
+                             .value = UnitValue::CalMode},
                             m_calMode);
 }
 
@@ -127,8 +148,10 @@ std::int32_t FineTuning::changeMode(bool on)
     const double firmware = m_options.firmwareNumber();
     if (firmware > Firmware::lastWithEmulatedCalMode) {
         const Reply reply = m_exchange.send(QStringLiteral("*ZNCM ") + ReplyText::onOff(on));
-        return m_exchange.judge(reply, Exchange::isGood(reply, ReplyText::echoOf(on, m_calMode)),
-                                nullptr);
+        const std::int32_t status = m_exchange.judge(
+            reply, Exchange::isGood(reply, ReplyText::echoOf(on, m_calMode)), nullptr);
+        m_exchange.judgeConfirmation(UnitValue::CalMode, status, reply.complete);
+        return status;
     }
     if (firmware <= Firmware::lastWithoutCalMode)
         return m_exchange.lastStatus();

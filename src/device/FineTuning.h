@@ -26,7 +26,10 @@ public:
     // Asks for both values, as a connection does.
     void readFineTuning();
 
+    void forgetFineTuning(); // another unit may answer
+
 private:
+    std::optional<UnitValue> shownValue(const std::int16_t &member) const;
     std::int16_t askClicks(const char *source, const char *command, const char *message,
                            std::int16_t &member);
     std::int32_t writeClicks(const char *source, const char *command, std::int16_t clicks,
@@ -38,8 +41,9 @@ private:
     Exchange &m_exchange;
     UnitEvents &m_events;
     Options &m_options;
-    std::int16_t m_pelltrim = 128;
-    std::int16_t m_pelltrimCal = 128;
+    static constexpr std::int16_t unknownClicks = 128; // the middle
+    std::int16_t m_pelltrim = unknownClicks;
+    std::int16_t m_pelltrimCal = unknownClicks;
     std::int16_t m_rememberedPelltrim = 0;
     bool m_calMode = false;
 };

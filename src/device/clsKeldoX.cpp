@@ -110,6 +110,7 @@ void clsKeldoX::readSetup()
     forgetStep();
     forgetOptions();
     forgetLevels();
+    forgetFineTuning();
     resumeNext(
         "clsKeldoX.Initialize", [this] { rereadFirmware(); }, [this] { StartFreq(); },
         [this] { MaxStep(); }, [this] { StopFreq(); }, [this] { IFfreq(); }, [this] { ChanBW(); },

@@ -14,6 +14,8 @@ private slots:
     void modeReplies();
     void modeReading_data();
     void modeReading();
+    void theEmulatedModeSurvivesAChangeOfChannel();
+    void aRefusedReadingAsksForThePasswordOnce();
 };
 
 static sim::UnitSettings fineTuningUnit(const std::string &firmware = "3.38")
@@ -140,6 +142,30 @@ void TestCalibratedMode::modeReading()
     QTEST(f.unit->ZN_calMode(), "on"); // never a box
     QCOMPARE(f.sent().join(QLatin1Char('|')), commands);
     QCOMPARE(f.events.take().isEmpty(), commands.isEmpty());
+}
+
+// Another channel was connected meanwhile, and this one is connected again.
+void TestCalibratedMode::theEmulatedModeSurvivesAChangeOfChannel()
+{
+    UnitFixture f(fineTuningUnit("2.25"));
+    f.connectUnit();
+    f.unit->setZN_calMode(true);
+    f.unit->commPort()->ClosePort();
+    f.connectUnit();
+    QVERIFY(f.unit->ZN_calMode());
+    f.unit->setZN_calMode(false);
+    QCOMPARE(f.sent(), listed("*ZNSE 40"));
+}
+
+void TestCalibratedMode::aRefusedReadingAsksForThePasswordOnce()
+{
+    UnitFixture f(fineTuningUnit());
+    f.connectUnit();
+    f.reply("*ZNCM?", "PERMISSION DENIED");
+    f.unit->ZN_calMode();
+    const QStringList events = f.events.take();
+    QCOMPARE(events.count(QStringLiteral("GetPassword")), 1);
+    QVERIFY(events.contains(QStringLiteral("StatusChange 5")));
 }
 
 KELDOX_TEST(TestCalibratedMode)
