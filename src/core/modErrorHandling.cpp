@@ -3,6 +3,7 @@
 
 #include "core/EventLog.h"
 #include "core/Message.h"
+#include "core/Secrets.h"
 #include "core/TextNumbers.h"
 #include "platform/RunTimeError.h"
 
@@ -142,11 +143,12 @@ void ReportError(const QString &source, const QString &extraInfo)
     if (!isReporting && log && log->hasDisplay()) {
         const QScopedValueRollback reporting(isReporting, true);
         try {
-            log->LogEvent(QStringLiteral("modErrorHandling"),
-                          detailedText(error, text, source, extraInfo), true, true);
+            logEvent(QStringLiteral("modErrorHandling"),
+                     detailedText(error, text, source, extraInfo));
         } catch (...) { // NOLINT(bugprone-empty-catch)
             // The box below still tells.
         }
     }
-    showMessage(shortText(error, text, source, extraInfo), MessageBox::Exclamation);
+    showMessage(secrets().masked(shortText(error, text, source, extraInfo)),
+                MessageBox::Exclamation);
 }

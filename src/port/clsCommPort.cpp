@@ -6,6 +6,7 @@
 #include "core/EventLog.h"
 #include "core/Message.h"
 #include "core/ResumeNext.h"
+#include "core/Secrets.h"
 #include "core/TextNumbers.h"
 #include "platform/EventQueue.h"
 #include "platform/RunTimeError.h"
@@ -20,11 +21,11 @@ clsCommPort::clsCommPort() : m_host(std::make_unique<frmMScomm>()), m_control(m_
     m_host->setParent(this);
     connect(m_control, &CommControl::BytesSent, this, [this](const QByteArray &bytes) {
         if (debugSwitches().bytesSent)
-            logBytes(QStringLiteral("sent"), bytes);
+            logSent(bytes);
     });
     connect(m_control, &CommControl::BytesReceived, this, [this](const QByteArray &bytes) {
         if (debugSwitches().bytesReceived)
-            logBytes(QStringLiteral("received"), bytes);
+            logReceived(bytes);
     });
 }
 
@@ -141,9 +142,10 @@ void clsCommPort::ClosePort()
 
 void clsCommPort::SendString(const QString &text)
 {
-    if (IsOpen())
+    if (IsOpen()) {
+        m_afterPassword = secrets().noteCommand(text);
         m_control->output(text);
-    else if (m_displayErrors)
+    } else if (m_displayErrors)
         showMessage(QStringLiteral("The port is not open.\r\nIf you are trying to control a USB "
                                    "device, make sure it is connected."),
                     MessageBox::Exclamation);
@@ -238,15 +240,33 @@ void clsCommPort::reportHangUp()
     });
 }
 
-void clsCommPort::logBytes(const QString &direction, const QByteArray &bytes) const
+static QString dumpOf(const QByteArray &bytes)
 {
     QString printable;
     for (const char byte : bytes)
         printable += byte >= ' ' && byte <= '~' ? QLatin1Char(byte) : QLatin1Char('.');
+    return QStringLiteral(": %1 <%2>").arg(QString::fromLatin1(bytes.toHex(' ')), printable);
+}
+
+void clsCommPort::logSent(const QByteArray &bytes) const
+{
+    if (m_afterPassword)
+        logEvent(QStringLiteral("clsCommPort"),
+                 QStringLiteral(" COM%1 sent PASSWORD ****").arg(m_portNumber));
+    else
+        logBytes(QStringLiteral("sent"), bytes.size(), dumpOf(bytes));
+}
+
+// A line that echoes brings the password back: until the next command only the count is told.
+void clsCommPort::logReceived(const QByteArray &bytes) const
+{
+    const bool isSecret = m_afterPassword || secrets().occursIn(QString::fromLatin1(bytes));
+    logBytes(QStringLiteral("received"), bytes.size(), isSecret ? QString() : dumpOf(bytes));
+}
+
+void clsCommPort::logBytes(const QString &direction, qsizetype count, const QString &shown) const
+{
     logEvent(QStringLiteral("clsCommPort"),
-             QStringLiteral(" COM%1 %2 %3 bytes: %4 <%5>")
-                 .arg(m_portNumber)
-                 .arg(direction)
-                 .arg(bytes.size())
-                 .arg(QString::fromLatin1(bytes.toHex(' ')), printable));
+             QStringLiteral(" COM%1 %2 %3 bytes").arg(m_portNumber).arg(direction).arg(count) +
+                 shown);
 }

@@ -114,7 +114,9 @@ private:
     void takeInput();
     void storeReceived(const QString &unit);
     void reportHangUp();
-    void logBytes(const QString &direction, const QByteArray &bytes) const;
+    void logSent(const QByteArray &bytes) const;
+    void logReceived(const QByteArray &bytes) const;
+    void logBytes(const QString &direction, qsizetype count, const QString &shown) const;
 
     static constexpr int recordSize = 101; // indices 0 to 100; bytes from index 1
 
@@ -137,4 +139,5 @@ private:
     Presence m_opening;              // renewed when the port is opened, closed or hangs up
     std::optional<Still> m_exchange; // the opening that an exchange is in progress on
     bool m_unsettled = false;        // a reply was missed: it may still come
+    bool m_afterPassword = false;    // what the command sent last was
 };
