@@ -39,7 +39,8 @@ WindowMakers windowMakers()
         return std::make_shared<clsChannel>(source);
     };
     makers.logFile = [] {
-        return std::make_unique<clsFileObject>(clsFileObject::Errors::LeftToOwner);
+        return std::make_unique<clsFileObject>(clsFileObject::Errors::LeftToOwner,
+                                               clsFileObject::Readers::UserAlone);
     };
     return makers;
 }

@@ -83,6 +83,11 @@ public:
         if (ok)
             record->contents.clear();
     }
+    void OpenForAppend() override
+    {
+        ++record->opened;
+        ok = !record->openFails;
+    }
     void Line_Output(const QString &text) override
     {
         if (record->writeThrows)
@@ -93,6 +98,8 @@ public:
     }
     void closeFile() override { ++record->closed; }
     bool success() const override { return ok; }
+    QString failure() const override { return QStringLiteral("no reason"); }
+    qint64 size() const override { return record->contents.size(); }
 
     std::shared_ptr<LogFileRecord> record;
     bool ok = false;

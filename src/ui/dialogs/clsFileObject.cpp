@@ -7,6 +7,7 @@
 #include "ui/dialogs/modFileHandler.h"
 
 #include <QDir>
+#include <QFileInfo>
 
 static constexpr int noFileChosen = 3101;
 
@@ -25,13 +26,14 @@ bool clsFileObject::attempt(const char *source, Step &&step, const char *extra)
     try {
         step();
         return true;
-    } catch (const std::exception &) {
+    } catch (const std::exception &error) {
+        m_failure = QString::fromUtf8(error.what());
         return false;
     }
 }
 
-clsFileObject::clsFileObject(Errors errors)
-    : m_errors(errors), m_dialog(std::make_unique<frmCommonDialog>())
+clsFileObject::clsFileObject(Errors errors, Readers readers)
+    : m_errors(errors), m_readers(readers), m_dialog(std::make_unique<frmCommonDialog>())
 {
 }
 
@@ -76,11 +78,26 @@ void clsFileObject::open(const char *source, QIODevice::OpenMode mode, const cha
             if (m_file.isOpen())
                 throw RunTimeError(ErrorNumber::FileAlreadyOpen);
             m_file.setFileName(nativeName(m_pathname));
-            if (!m_file.open(mode))
+            if (m_readers == Readers::UserAlone && mode.testFlag(QIODevice::WriteOnly))
+                openPrivate(mode);
+            else if (!m_file.open(mode))
                 throw RunTimeError(ErrorNumber::FileAccess, m_file.errorString());
             m_fileNumber = static_cast<std::int16_t>(m_file.handle());
         },
         extra);
+}
+
+// Before the first byte is written. A device that stands in the file's place keeps its rights.
+void clsFileObject::openPrivate(QIODevice::OpenMode mode)
+{
+    const auto userAlone = QFile::ReadOwner | QFile::WriteOwner;
+    if (!m_file.open(mode, userAlone))
+        throw RunTimeError(ErrorNumber::FileAccess, m_file.errorString());
+    if (QFileInfo(m_file).isFile() && !m_file.setPermissions(userAlone)) {
+        const QString why = m_file.errorString();
+        m_file.close();
+        throw RunTimeError(ErrorNumber::FileAccess, why);
+    }
 }
 
 void clsFileObject::OpenForInput()
@@ -91,6 +108,11 @@ void clsFileObject::OpenForInput()
 void clsFileObject::OpenForOutput()
 {
     open("clsFileObject.OpenForOutput", QIODevice::WriteOnly | QIODevice::Truncate);
+}
+
+void clsFileObject::OpenForAppend()
+{
+    open("clsFileObject.OpenForAppend", QIODevice::WriteOnly | QIODevice::Append);
 }
 
 QString clsFileObject::Line_Input()

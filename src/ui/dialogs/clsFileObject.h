@@ -26,8 +26,11 @@ public:
 
     // The log tells of its file's failures itself: two boxes for one failure would be one too many.
     enum class Errors { Reported, LeftToOwner };
+    // Private files are made, or become, readable and writable by the user alone when they are
+    // written.
+    enum class Readers { Usual, UserAlone };
 
-    explicit clsFileObject(Errors errors = Errors::Reported);
+    explicit clsFileObject(Errors errors = Errors::Reported, Readers readers = Readers::Usual);
     ~clsFileObject() override; // closes the file
 
     // Full name; "\" stands for the platform's own separator.
@@ -52,6 +55,7 @@ public:
     // "invalid filename".
     void OpenForInput();
     void OpenForOutput() override; // overwrites a file of that name
+    void OpenForAppend() override; // goes on at its end
 
     QString Line_Input(); // without its line break; empty on a closed file
     // Writes the text as one line, ended by CR LF. Does nothing on a closed file.
@@ -66,12 +70,20 @@ public:
     bool isOpen() const { return m_file.isOpen(); }
     std::int16_t fileNumber() const { return m_fileNumber; } // the platform's; 0 when closed
     bool success() const override { return m_success; }
+    QString failure() const override
+    {
+        return m_failure;
+    } // kept where errors are left to the owner
+    qint64 size() const override { return m_file.size(); }
 
 private:
     template <class Step> bool attempt(const char *source, Step &&step, const char *extra = "");
     void open(const char *source, QIODevice::OpenMode mode, const char *extra = "");
+    void openPrivate(QIODevice::OpenMode mode);
 
     Errors m_errors;
+    Readers m_readers;
+    QString m_failure;
     QString m_pathname;
     QString m_defaultDir;
     QString m_filter = QStringLiteral("All Files (*.*)|*.*");
