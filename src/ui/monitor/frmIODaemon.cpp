@@ -3,26 +3,48 @@
 
 #include "app/AppState.h"
 #include "core/DebugSwitches.h"
+#include "core/Message.h"
 #include "core/ResumeNext.h"
-#include "core/TextNumbers.h"
-#include "core/clsLogger.h"
+#include "core/TextStart.h"
+#include "core/TimeStamp.h"
 #include "discovery/clsSeeker.h"
 #include "ui_frmIODaemon.h"
+#include "widgets/FileChooser.h"
 
+#include <QApplication>
+#include <QDir>
 #include <QFontDatabase>
+#include <QSaveFile>
+#include <QScreen>
 #include <QStandardPaths>
 
+#include <algorithm>
+
+// A single event is seen at once; under load the display is painted a few times a second.
 static constexpr int paintDelayMs = 30;
-static constexpr double keptShare = 0.8; // of an overlong display
+static constexpr int paintPauseMs = 250;
+
+static constexpr int firstColumns = 100;
+static constexpr int firstLines = 28;
+
+// No smaller than the texts around it.
+static QFont fixedFont()
+{
+    QFont fixed = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    if (const qreal points = QApplication::font().pointSizeF(); points > fixed.pointSizeF())
+        fixed.setPointSizeF(points);
+    return fixed;
+}
 
 frmIODaemon::frmIODaemon() : m_ui(std::make_unique<Ui::frmIODaemon>())
 {
     m_ui->setupUi(this);
-    m_ui->Text1->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    m_ui->Text1->setFont(fixedFont());
     for (QMenu *menu : {m_ui->mnuCommand, m_ui->mnuDebug, m_ui->mnuHelp})
         menu->setToolTipsVisible(true);
+    m_ui->findStrip->setPane(m_ui->Text1);
+    resizeToFont();
     m_paintTimer.setSingleShot(true);
-    m_paintTimer.setInterval(paintDelayMs);
     connect(&m_paintTimer, &QTimer::timeout, this, &frmIODaemon::paintText);
     connect(m_ui->cmdClear, &QPushButton::clicked, this, &frmIODaemon::cmdClear_Click);
     // A check entry has inverted its mark before its handler runs.
@@ -32,10 +54,21 @@ frmIODaemon::frmIODaemon() : m_ui(std::make_unique<Ui::frmIODaemon>())
             &frmIODaemon::mnuDebugSerialBytesReceived_Click);
     connect(m_ui->mnuDebugDUT, &QAction::triggered, this, &frmIODaemon::mnuDebugDUT_Click);
     connect(m_ui->mnuDebugLogging, &QAction::triggered, this, &frmIODaemon::mnuDebugLogging_Click);
+    connect(m_ui->mnuCommandFind, &QAction::triggered, this, &frmIODaemon::mnuCommandFind_Click);
+    connect(m_ui->mnuCommandSave, &QAction::triggered, this, &frmIODaemon::mnuCommandSave_Click);
     bindCommands();
 }
 
 frmIODaemon::~frmIODaemon() = default;
+
+// So many lines of so many characters, whatever the size of the font.
+void frmIODaemon::resizeToFont()
+{
+    const QFontMetrics metrics(m_ui->Text1->font());
+    const QSize wanted(metrics.averageCharWidth() * firstColumns,
+                       metrics.lineSpacing() * firstLines);
+    resize(wanted.boundedTo(screen()->availableSize() * 0.9));
+}
 
 void frmIODaemon::load()
 {
@@ -62,29 +95,41 @@ void frmIODaemon::Display(const QString &source, const QString &text)
 
 void frmIODaemon::append(const QString &source, const QString &text)
 {
-    const QString lineBreak = QStringLiteral("\r\n");
-    const bool isBareBreak = text == lineBreak;
-    if (!isBareBreak) {
-        if (m_ui->mnuDebugDisplaySource->isChecked())
-            m_text += source + QStringLiteral(": ");
-        m_text += text;
-    }
-    m_text += lineBreak;
-    // By proportion rather than to a fixed size, so that it is not cut at every line. A bare line
-    // break is not cut behind, unless nothing else comes at all.
-    const auto length = m_text.size();
-    if (length > (isBareBreak ? 2 * displayLimit : displayLimit))
-        m_text.remove(
-            0, length - static_cast<int>(roundHalfEven(keptShare * static_cast<double>(length))));
-    if (isVisible() && !m_paintTimer.isActive())
-        m_paintTimer.start();
+    if (text == QLatin1String("\r\n"))
+        m_text.addLineBreak();
+    else
+        m_text.addLine(prefixOf(source) + (text.size() > longestText ? startOfText(text) : text));
+    if (isVisible())
+        paintSoon();
 }
 
-// The caret goes to the end, where the newest line is.
+// An event's source begins with its time; what comes without the log has none.
+QString frmIODaemon::prefixOf(const QString &source) const
+{
+    const QString stamp = timeStampOf(source);
+    const bool withTime = m_ui->mnuDebugDisplayTime->isChecked();
+    QString prefix;
+    if (m_ui->mnuDebugDisplaySource->isChecked())
+        prefix = source + QStringLiteral(": ");
+    else if (withTime && !stamp.isEmpty())
+        prefix = stamp + QLatin1Char(' ');
+    if (withTime && stamp.isEmpty())
+        prefix.prepend(timeStamp() + QLatin1Char(' '));
+    return prefix;
+}
+
+void frmIODaemon::paintSoon()
+{
+    if (m_paintTimer.isActive())
+        return;
+    const qint64 rest = m_sincePaint.isValid() ? paintPauseMs - m_sincePaint.elapsed() : 0;
+    m_paintTimer.start(static_cast<int>(std::max<qint64>(paintDelayMs, rest)));
+}
+
 void frmIODaemon::paintText()
 {
-    m_ui->Text1->setPlainText(m_text);
-    m_ui->Text1->moveCursor(QTextCursor::End);
+    m_ui->Text1->showText(m_text);
+    m_sincePaint.start();
 }
 
 // Queued: listing tries the ports one after the other, with the window on the screen.
@@ -100,7 +145,7 @@ void frmIODaemon::cmdClear_Click()
 {
     reportAndEnd("frmIODaemon.cmdClear_Click", [this] {
         m_text.clear();
-        m_ui->Text1->clear();
+        paintText();
     });
 }
 
@@ -122,18 +167,57 @@ void frmIODaemon::mnuDebugDUT_Click(bool checked)
                  [checked] { debugSwitches().detailedErrors = checked; });
 }
 
-// The file is opened at the first check of a run and kept: opening it again would erase it.
+// The log opens its file at the first check of a run and keeps it.
 void frmIODaemon::mnuDebugLogging_Click(bool checked)
 {
     reportAndEnd("frmIODaemon.mnuDebugLogging_Click", [&] {
-        const auto logger = std::dynamic_pointer_cast<clsLogger>(eventLog());
-        if (!checked || !logger || logger->isFileActive())
+        const auto log = eventLog();
+        if (!checked || !log)
             return;
-        logger->setLogPath(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
-                           QStringLiteral("/keldo-x"));
-        logger->FileOpen();
+        const QString failure = log->startFileLogging(
+            QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
+            QStringLiteral("/keldo-x"));
+        if (failure.isEmpty())
+            return;
         // A mark without a file behind it would promise a log that nobody writes.
-        if (!logger->isFileActive())
-            m_ui->mnuDebugLogging->setChecked(false);
+        fileLoggingEnded();
+        showMessage(tr("Events cannot be logged to a file.") + QStringLiteral("\r\n") + failure,
+                    MessageBox::Exclamation);
     });
+}
+
+void frmIODaemon::fileLoggingEnded()
+{
+    m_ui->mnuDebugLogging->setChecked(false);
+}
+
+void frmIODaemon::mnuCommandFind_Click()
+{
+    reportAndEnd("frmIODaemon.mnuCommandFind_Click", [this] { m_ui->findStrip->open(); });
+}
+
+void frmIODaemon::mnuCommandSave_Click()
+{
+    reportAndEnd("frmIODaemon.mnuCommandSave_Click", [this] { saveDisplay(); });
+}
+
+// What stands there when the name is chosen. A file that was there before is replaced whole, or not
+// at all.
+void frmIODaemon::saveDisplay()
+{
+    FileChooser::Request request;
+    request.mode = FileChooser::Mode::Save;
+    request.title = tr("Save the display");
+    request.filter = QStringLiteral("Text Files (*.TXT)|*.TXT|All Files (*.*)|*.*");
+    request.defaultExtension = QStringLiteral("txt");
+    const auto name = FileChooser::choose(request);
+    if (!name)
+        return;
+    const QByteArray text = m_text.text().toUtf8();
+    QSaveFile file(*name);
+    if (file.open(QIODevice::WriteOnly) && file.write(text) == text.size() && file.commit())
+        return;
+    showMessage(tr("The display cannot be saved.") + QStringLiteral("\r\n") +
+                    QDir::toNativeSeparators(*name) + QStringLiteral(": ") + file.errorString(),
+                MessageBox::Exclamation);
 }

@@ -3,7 +3,9 @@
 #pragma once
 
 #include "app/Views.h"
+#include "ui/monitor/DisplayText.h"
 
+#include <QElapsedTimer>
 #include <QMainWindow>
 #include <QTimer>
 
@@ -20,8 +22,9 @@ class frmIODaemon : public QMainWindow, public IOMonitorView
     Q_OBJECT
 
 public:
-    // Beyond so many characters, CR LF counted as two, the display is cut.
-    static constexpr int displayLimit = 8000;
+    static constexpr int displayLimit = DisplayText::limit;
+    // Of one text; a longer one shows its beginning, as in the log.
+    static constexpr int longestText = 32768;
 
     frmIODaemon();
     ~frmIODaemon() override;
@@ -30,11 +33,12 @@ public:
     void show() override; // in front
     void closeComPort() override;
     bool isFileLoggingChecked() const override;
+    void fileLoggingEnded() override;
 
     // Appends one event. The text is kept here at once and painted a little later, all that came
     // meanwhile together: the unit's exchanges must not wait for a window.
     void Display(const QString &source, const QString &text) override;
-    QString displayText() const { return m_text; }
+    QString displayText() const { return m_text.text(); }
 
     // The text with its escapes replaced: a backslash and two hexadecimal digits are one character.
     static QString withoutEscapes(const QString &command);
@@ -45,7 +49,13 @@ protected:
 
 private:
     void append(const QString &source, const QString &text);
+    void resizeToFont();
+    QString prefixOf(const QString &source) const;
+    void paintSoon();
     void paintText();
+    void saveDisplay();
+    void mnuCommandSave_Click();
+    void mnuCommandFind_Click();
     void cmdClear_Click();
     void mnuDebugSerialBytesSent_Click(bool checked);
     void mnuDebugSerialBytesReceived_Click(bool checked);
@@ -65,8 +75,9 @@ private:
     void showPortInCaption();
 
     std::unique_ptr<Ui::frmIODaemon> m_ui;
-    QString m_text; // with CR LF line ends
+    DisplayText m_text;
     QTimer m_paintTimer;
+    QElapsedTimer m_sincePaint;
 
     std::shared_ptr<clsSeeker> m_seeker; // made at the first "open"
     QString m_reply;                     // received and not logged yet

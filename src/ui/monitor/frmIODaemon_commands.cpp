@@ -5,6 +5,7 @@
 #include "app/modSearchPorts.h"
 #include "core/Message.h"
 #include "core/ResumeNext.h"
+#include "core/Secrets.h"
 #include "core/TextNumbers.h"
 #include "discovery/clsSeeker.h"
 #include "platform/Application.h"
@@ -13,6 +14,7 @@
 
 #include <QCloseEvent>
 #include <QLineEdit>
+#include <QScopedValueRollback>
 
 static constexpr int replyRestMs = 100; // a reply without its end is shown after so long a silence
 
@@ -42,17 +44,22 @@ void frmIODaemon::bindCommands()
     connect(m_ui->mnuHelpCommands, &QAction::triggered, this, &frmIODaemon::mnuHelpCommands_Click);
 }
 
-// A port number that was typed stays; during a search the ports belong to the search.
+// A port number that was typed stays. During a search the ports belong to the search; they are
+// listed when it is over.
 void frmIODaemon::listPorts()
 {
-    if (m_listing || app().search)
+    if (m_listing || !isVisible())
         return;
-    m_listing = true;
+    if (app().search) {
+        connect(app().search.get(), &QObject::destroyed, this, &frmIODaemon::listPorts,
+                static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::UniqueConnection));
+        return;
+    }
+    const QScopedValueRollback listing(m_listing, true);
     const QString typed = m_ui->comboComPort->currentText();
     PopulateComboBox(*m_ui->comboComPort);
     if (!typed.isEmpty())
         m_ui->comboComPort->setEditText(typed);
-    m_listing = false;
 }
 
 void frmIODaemon::cmdConnect_Click()
@@ -124,16 +131,23 @@ void frmIODaemon::comboCommand_KeyUp()
     m_ui->comboCommand->lineEdit()->selectAll();
 }
 
-// On a closed port nothing is sent, and nothing is said; the command is remembered all the same.
+// On a closed port nothing is sent, and nothing is said; the command is remembered all the same. A
+// password is not: it stays in the box until it was sent, and nowhere else.
 void frmIODaemon::sendCommand()
 {
     // Blanks go first: an escape may stand for a blank that is meant to be sent.
     const QString command = m_ui->comboCommand->currentText().trimmed();
-    rememberCommand(command);
+    const QString meant = withoutEscapes(command);
+    const bool isSecret = secrets().noteCommand(meant);
+    if (!isSecret)
+        rememberCommand(command);
     if (m_seeker && m_seeker->ComPort().IsOpen()) {
         const QString end = m_ui->chkCR->isChecked() ? QStringLiteral("\r") : QString();
-        logEvent(monitorName(), QStringLiteral(" sending ") + command);
-        m_seeker->ComPort().SendString(withoutEscapes(command) + end);
+        logEvent(monitorName(), QStringLiteral(" sending ") +
+                                    (isSecret ? QStringLiteral("PASSWORD ****") : command));
+        m_seeker->ComPort().SendString(meant + end);
+        if (isSecret)
+            m_ui->comboCommand->clearEditText();
     }
     m_ui->Text1->moveCursor(QTextCursor::End);
 }
@@ -165,9 +179,13 @@ void frmIODaemon::logReplies(bool all)
         log(m_reply.left(end));
         m_reply.remove(0, end + 1);
     }
-    if (all && !m_reply.isEmpty()) {
-        log(m_reply);
-        m_reply.clear();
+    if (all) {
+        // What may be the beginning of a password waits for its rest, but not for ever.
+        const auto shown = secrets().unfinishedAt(m_reply);
+        const auto length = shown > 0 || m_reply.size() <= longestReply ? shown : m_reply.size();
+        if (length > 0)
+            log(m_reply.left(length));
+        m_reply.remove(0, length);
     }
     if (m_reply.isEmpty())
         m_replyTimer.stop();

@@ -2,6 +2,7 @@
 #include "MonitorBench.h"
 #include "support/TestMain.h"
 
+#include "app/FakeStartUp.h"
 #include "core/DebugSwitches.h"
 #include "core/clsLogger.h"
 #include "device/clsKeldoX.h"
@@ -25,6 +26,7 @@ private slots:
     void bytesAreLoggedOnceSwitchedOn();
     void loggingOpensTheFileOnce();
     void loggingThatCannotOpenItsFileIsUnmarked();
+    void aFailedWriteUnchecksLogging();
 };
 
 void TestDebugSettings::menusAndTheirEntries()
@@ -37,7 +39,8 @@ void TestDebugSettings::menusAndTheirEntries()
         {"mnuDebugSerialBytesReceived", QStringLiteral("Show bytes received via serial port")},
         {"mnuDebugNetworkAnalyzerCommands", QStringLiteral("Show Network Analyzer commands")},
         {"mnuDebugDisplaySource", QStringLiteral("Display the source of each message")},
-        {"mnuDebugLogging", QStringLiteral("Log events to a file")}};
+        {"mnuDebugLogging", QStringLiteral("Log events to a file")},
+        {"mnuDebugDisplayTime", QStringLiteral("Display the time of each message")}};
     const auto *debug = window.findChild<QMenu *>(QStringLiteral("mnuDebug"));
     QCOMPARE(debug->title(), QStringLiteral("&Debug settings"));
     QCOMPARE(debug->actions().size(), entries.size());
@@ -171,9 +174,12 @@ void TestDebugSettings::loggingOpensTheFileOnce()
         explicit CountingFile(int &made) { ++made; }
         void setPathname(const QString & /*name*/) override {}
         void OpenForOutput() override {}
+        void OpenForAppend() override {}
         void Line_Output(const QString & /*text*/) override {}
         void closeFile() override {}
         bool success() const override { return true; }
+        QString failure() const override { return {}; }
+        qint64 size() const override { return 0; }
     };
     int opened = 0;
     const auto logger = std::make_shared<clsLogger>();
@@ -199,8 +205,37 @@ void TestDebugSettings::loggingThatCannotOpenItsFileIsUnmarked()
     Fixture fixture;
     frmIODaemon window;
     installEventLog(std::make_shared<clsLogger>()); // without a file to write to
+    fixture.boxes.expect(QStringLiteral("Events cannot be logged to a file.\r\n"
+                                        "The log has no file."),
+                         MessageBox::Exclamation);
     entry(window, "mnuDebugLogging")->trigger();
     QVERIFY(!window.isFileLoggingChecked());
+}
+
+void TestDebugSettings::aFailedWriteUnchecksLogging()
+{
+    Fixture fixture;
+    const auto window = std::make_shared<frmIODaemon>();
+    const auto file = std::make_shared<LogFileRecord>();
+    const auto logger = std::make_shared<clsLogger>();
+    logger->setDisplayWindow(window);
+    logger->setFileMaker([&] { return std::make_unique<FakeLogFile>(file); });
+    installEventLog(logger);
+    entry(*window, "mnuDebugLogging")->trigger();
+    logEvent(QStringLiteral("s"), QStringLiteral("first"));
+    file->writeFails = true;
+    fixture.boxes.expectStart(QStringLiteral("Error 75 ("));
+    logEvent(QStringLiteral("s"), QStringLiteral("lost"));
+    QVERIFY(!window->isFileLoggingChecked());
+    QVERIFY(window->displayText().startsWith(QStringLiteral("opening ")));
+    QVERIFY(window->displayText().contains(QStringLiteral("first\r\nlost\r\nError number = 75")));
+    // Checked again it goes on.
+    file->writeFails = false;
+    entry(*window, "mnuDebugLogging")->trigger();
+    logEvent(QStringLiteral("s"), QStringLiteral("second"));
+    QVERIFY(file->contents.contains(QStringLiteral("s: first")));
+    QVERIFY(file->contents.contains(QStringLiteral("s: second")));
+    installEventLog(nullptr);
 }
 
 KELDOX_TEST(TestDebugSettings)

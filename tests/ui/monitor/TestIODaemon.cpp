@@ -183,7 +183,8 @@ void TestIODaemon::tenThousandEventsASecond()
             QCoreApplication::processEvents();
     }
     QVERIFY(window.displayText().size() <= frmIODaemon::displayLimit);
-    QVERIFY2(paints >= 5 && paints <= 60, qPrintable(QString::number(paints)));
+    // A few times a second: nobody reads faster.
+    QVERIFY2(paints >= 2 && paints <= 8, qPrintable(QString::number(paints)));
     // Generous for a loaded machine; undisturbed it is a fraction of a microsecond an event.
     QVERIFY2(inDisplay < 200'000'000, qPrintable(QString::number(inDisplay)));
     QVERIFY2(second.elapsed() < 3000, qPrintable(QString::number(second.elapsed())));
