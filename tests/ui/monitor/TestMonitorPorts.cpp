@@ -1,0 +1,144 @@
+// The monitor's list of ports beside a search for units: whichever begins first, both end well, and
+// no port is held open while the program turns to something else.
+#include "MonitorBench.h"
+#include "support/SearchBench.h"
+#include "support/TestMain.h"
+
+#include "discovery/PortSearch.h"
+
+#include <QComboBox>
+#include <QSerialPort>
+#include <QTimer>
+
+namespace {
+
+// The real monitor on a machine with something on COM 1, a unit on COM 2 and a silent line last.
+struct Site
+{
+    Site()
+    {
+        search.answerAlways(1, "something else");
+        search.unit(2);
+        search.answerAlways(250, "something else");
+        app().makers.ioMonitor = [this] { return window; };
+        app().ioMonitor();
+    }
+
+    QComboBox *ports() const
+    {
+        return window->findChild<QComboBox *>(QStringLiteral("comboComPort"));
+    }
+    QStringList listed() const
+    {
+        QStringList all;
+        for (int i = 0; i < ports()->count(); ++i)
+            all.append(ports()->itemText(i));
+        return all;
+    }
+    bool isFree(int port)
+    {
+        QSerialPort other(QString::fromStdString(search.line(port).device()));
+        return other.open(QIODevice::ReadWrite);
+    }
+
+    SearchBench search;
+    std::shared_ptr<frmIODaemon> window = std::make_shared<frmIODaemon>();
+    const QStringList expected{QStringLiteral(" 1"), QStringLiteral(" 2")}; // the last is left out
+};
+
+} // namespace
+
+class TestMonitorPorts : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void noPortIsHeldWhileOthersHaveTheirTurn();
+    void aSearchBegunDuringTheListing();
+    void aListingAskedForDuringASearch();
+    void aMonitorClosedMeanwhileListsNothing();
+};
+
+void TestMonitorPorts::noPortIsHeldWhileOthersHaveTheirTurn()
+{
+    Site site;
+    int tries = 0;
+    QStringList held;
+    QTimer others;
+    connect(&others, &QTimer::timeout, this, [&] {
+        if (site.ports()->isEnabled()) // not listing
+            return;
+        ++tries;
+        for (const int port : {1, 2, 250})
+            if (!site.isFree(port))
+                held.append(QString::number(port));
+    });
+    others.start(0);
+    site.window->show();
+    QTRY_COMPARE(site.listed(), site.expected);
+    QTRY_VERIFY(site.ports()->isEnabled());
+    QVERIFY(tries >= 2);
+    QCOMPARE(held, QStringList());
+}
+
+void TestMonitorPorts::aSearchBegunDuringTheListing()
+{
+    Site site;
+    bool begun = false;
+    QTimer operatorsHand;
+    connect(&operatorsHand, &QTimer::timeout, this, [&] {
+        if (begun || site.ports()->isEnabled())
+            return;
+        begun = true;
+        SearchPorts(1);
+        QVERIFY(!site.ports()->isEnabled()); // still listing, below
+    });
+    operatorsHand.start(0);
+    site.window->show();
+    QTRY_VERIFY_WITH_TIMEOUT(begun && site.ports()->isEnabled(), 10000);
+    QCOMPARE(site.listed(), site.expected);
+    QCOMPARE(app().foundUnits, std::int16_t(1));
+    QVERIFY(app().searchFinished);
+    QVERIFY(!app().search);
+    for (const int port : {1, 250})
+        QVERIFY(site.isFree(port));
+    // And it can be listed again.
+    site.window->close();
+    site.ports()->clear();
+    site.window->show();
+    QTRY_COMPARE(site.listed(), site.expected);
+}
+
+void TestMonitorPorts::aListingAskedForDuringASearch()
+{
+    Site site;
+    int listedWhileSearching = -1;
+    site.search.channels->onProgress = [&](int) {
+        site.window->show();
+        QCoreApplication::processEvents();
+        if (app().search)
+            listedWhileSearching = site.ports()->count();
+    };
+    SearchPorts(1);
+    QCOMPARE(listedWhileSearching, 0);
+    QCOMPARE(app().foundUnits, std::int16_t(1));
+    QVERIFY(app().searchFinished);
+    // It was not forgotten.
+    QTRY_COMPARE(site.listed(), site.expected);
+    QTRY_VERIFY(site.ports()->isEnabled());
+}
+
+void TestMonitorPorts::aMonitorClosedMeanwhileListsNothing()
+{
+    Site site;
+    app().search = makeSearch();
+    site.window->show();
+    QCoreApplication::processEvents();
+    site.window->close();
+    app().search.reset();
+    QTest::qWait(50);
+    QCOMPARE(site.ports()->count(), 0);
+}
+
+KELDOX_TEST(TestMonitorPorts)
+#include "TestMonitorPorts.moc"
