@@ -3,8 +3,11 @@
 
 #include "platform/EventQueue.h"
 
-#include <QApplication>
+#include "widgets/DialogOwner.h"
+
 #include <QFileDialog>
+#include <QPointer>
+#include <QScopeGuard>
 #include <QStringList>
 
 static FileChooser::Answerer &answererSlot()
@@ -45,19 +48,22 @@ std::optional<QString> FileChooser::choose(const Request &request)
     if (answererSlot())
         return answererSlot()(request);
 
-    QFileDialog dialog(QApplication::activeWindow(), request.title, request.folder);
+    // Its owner may go while it is shown, and takes it along.
+    const QPointer<QFileDialog> dialog =
+        new QFileDialog(dialogOwner(), request.title, request.folder);
+    const auto dispose = qScopeGuard([&] { delete dialog; });
     if (request.mode == Mode::Folder) {
-        dialog.setFileMode(QFileDialog::Directory);
-        dialog.setOption(QFileDialog::ShowDirsOnly);
+        dialog->setFileMode(QFileDialog::Directory);
+        dialog->setOption(QFileDialog::ShowDirsOnly);
     } else {
-        dialog.setNameFilter(toQtFilter(request.filter));
-        dialog.setAcceptMode(request.mode == Mode::Save ? QFileDialog::AcceptSave
-                                                        : QFileDialog::AcceptOpen);
-        dialog.setFileMode(request.mode == Mode::Save ? QFileDialog::AnyFile
-                                                      : QFileDialog::ExistingFile);
-        dialog.setDefaultSuffix(request.defaultExtension);
+        dialog->setNameFilter(toQtFilter(request.filter));
+        dialog->setAcceptMode(request.mode == Mode::Save ? QFileDialog::AcceptSave
+                                                         : QFileDialog::AcceptOpen);
+        dialog->setFileMode(request.mode == Mode::Save ? QFileDialog::AnyFile
+                                                       : QFileDialog::ExistingFile);
+        dialog->setDefaultSuffix(request.defaultExtension);
     }
-    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
+    if (dialog->exec() != QDialog::Accepted || !dialog || dialog->selectedFiles().isEmpty())
         return std::nullopt;
-    return dialog.selectedFiles().first();
+    return dialog->selectedFiles().first();
 }

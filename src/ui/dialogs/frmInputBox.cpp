@@ -11,10 +11,9 @@
 #include "widgets/DialogOwner.h"
 
 frmInputBox::frmInputBox()
-    : m_dialog(std::make_unique<EntryDialog>(dialogOwner())),
-      m_ui(std::make_unique<Ui::frmInputBox>())
+    : m_dialog(new EntryDialog(dialogOwner())), m_ui(std::make_unique<Ui::frmInputBox>())
 {
-    m_ui->setupUi(m_dialog.get());
+    m_ui->setupUi(m_dialog);
     m_dialog->onShown = [this] {
         m_ui->Text1->setFocus();
         m_ui->Text1->selectAll();
@@ -29,8 +28,11 @@ frmInputBox::frmInputBox()
 
 frmInputBox::~frmInputBox()
 {
+    if (!m_dialog)
+        return;
     setHidePasswordChars(false);
     m_dialog->close();
+    delete m_dialog;
 }
 
 void frmInputBox::Form_Load()
@@ -45,35 +47,41 @@ void frmInputBox::Form_Load()
 void frmInputBox::showModal()
 {
     m_answer = Unanswered;
-    if (!EventQueue::ending())
+    if (m_dialog && !EventQueue::ending())
         m_dialog->exec();
 }
 
 void frmInputBox::setHidePasswordChars(bool hide)
 {
-    EntryDialog::setCharactersHidden(*m_ui->Text1, hide);
+    if (m_dialog)
+        EntryDialog::setCharactersHidden(*m_ui->Text1, hide);
 }
 
 void frmInputBox::setInputBoxWidth(int pixels)
 {
-    m_ui->Text1->setFixedWidth(pixels);
+    if (m_dialog)
+        m_ui->Text1->setFixedWidth(pixels);
 }
 
 void frmInputBox::setText(const QString &prompt)
 {
+    if (!m_dialog)
+        return;
     m_ui->Label1->setText(prompt);
     m_ui->Text1->setAccessibleName(prompt);
 }
 
 void frmInputBox::setDefaultValue(const QString &text)
 {
-    m_ui->Text1->setText(text);
     m_defaultValue = text;
+    if (m_dialog)
+        m_ui->Text1->setText(text);
 }
 
 void frmInputBox::clearEntry()
 {
-    m_ui->Text1->clear();
+    if (m_dialog)
+        m_ui->Text1->clear();
 }
 
 QString frmInputBox::resultText() const
@@ -90,7 +98,7 @@ void frmInputBox::OKButton_Click()
                                        "integer from 0 to 255"),
                         MessageBox::Exclamation);
             m_answer = Unanswered;
-            return;
+            return; // the box may have gone meanwhile
         }
         takeEntry();
         m_answer = Entered;

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <QObject>
+#include <QPointer>
 #include <QString>
 
 #include <cstdint>
@@ -63,7 +64,7 @@ private:
     void CancelButton_Click();
     void takeEntry();
 
-    std::unique_ptr<EntryDialog> m_dialog;
+    QPointer<EntryDialog> m_dialog; // goes with its owner, if that goes first
     std::unique_ptr<Ui::frmInputBox> m_ui;
     std::int16_t m_kind = NumberIfNumeric;
     QString m_defaultValue;

@@ -8,10 +8,9 @@
 #include "widgets/DialogOwner.h"
 
 frmPasswordBox::frmPasswordBox()
-    : m_dialog(std::make_unique<EntryDialog>(dialogOwner())),
-      m_ui(std::make_unique<Ui::frmPasswordBox>())
+    : m_dialog(new EntryDialog(dialogOwner())), m_ui(std::make_unique<Ui::frmPasswordBox>())
 {
-    m_ui->setupUi(m_dialog.get());
+    m_ui->setupUi(m_dialog);
     m_dialog->setModal(true); // also when the end of the program leaves the wait before the box
     m_dialog->onShown = [this] { m_ui->Text1->setFocus(); };
     m_dialog->onEscape = [this] { CancelButton_Click(); };
@@ -22,8 +21,11 @@ frmPasswordBox::frmPasswordBox()
 
 frmPasswordBox::~frmPasswordBox()
 {
+    if (!m_dialog)
+        return;
     setHidePasswordChars(false);
     m_dialog->close();
+    delete m_dialog;
 }
 
 void frmPasswordBox::Form_Load()
@@ -38,15 +40,17 @@ void frmPasswordBox::Form_Load()
 
 void frmPasswordBox::showModal()
 {
-    if (EventQueue::ending())
+    if (!m_dialog || EventQueue::ending())
         return;
     m_dialog->exec();
-    m_dialog->hide();
+    if (m_dialog)
+        m_dialog->hide();
 }
 
 void frmPasswordBox::setHidePasswordChars(bool hide)
 {
-    EntryDialog::setCharactersHidden(*m_ui->Text1, hide);
+    if (m_dialog)
+        EntryDialog::setCharactersHidden(*m_ui->Text1, hide);
 }
 
 void frmPasswordBox::OKButton_Click()

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QObject>
+#include <QPointer>
 #include <QString>
 
 #include <cstdint>
@@ -41,7 +42,7 @@ private:
     void OKButton_Click();
     void CancelButton_Click();
 
-    std::unique_ptr<EntryDialog> m_dialog;
+    QPointer<EntryDialog> m_dialog; // goes with its owner, if that goes first
     std::unique_ptr<Ui::frmPasswordBox> m_ui;
     QString m_result;
     std::int16_t m_answer = Unanswered;
