@@ -9,7 +9,6 @@
 #include "discovery/PortList.h"
 #include "platform/PortDirectory.h"
 #include "platform/RunTimeError.h"
-
 #include "widgets/PortBox.h"
 
 #include <QComboBox>

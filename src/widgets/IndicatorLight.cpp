@@ -1,10 +1,15 @@
 // The indicator light, painted with the palette's colours around the fill.
 #include "widgets/IndicatorLight.h"
 
+#include "widgets/PlainText.h"
+#include "widgets/Spoken.h"
+
+#include <QAccessible>
 #include <QPainter>
 
 IndicatorLight::IndicatorLight(QWidget *parent) : QWidget(parent)
 {
+    speakControls();
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     setFillColor(buttonFace, tr("off"));
 }
@@ -12,8 +17,11 @@ IndicatorLight::IndicatorLight(QWidget *parent) : QWidget(parent)
 void IndicatorLight::setFillColor(const QColor &color, const QString &meaning)
 {
     m_fillColor = color;
-    setToolTip(meaning);
+    m_meaning = meaning;
+    setToolTip(plainToolTip(meaning));
     setAccessibleDescription(meaning);
+    QAccessibleEvent renamed(this, QAccessible::NameChanged);
+    QAccessible::updateAccessibility(&renamed);
     update();
 }
 

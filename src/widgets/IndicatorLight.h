@@ -18,6 +18,7 @@ public:
     explicit IndicatorLight(QWidget *parent = nullptr);
 
     QColor fillColor() const { return m_fillColor; }
+    QString meaning() const { return m_meaning; }
     void setFillColor(const QColor &color, const QString &meaning);
 
     QSize sizeHint() const override;
@@ -28,4 +29,5 @@ protected:
 
 private:
     QColor m_fillColor = buttonFace;
+    QString m_meaning;
 };

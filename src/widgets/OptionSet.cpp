@@ -1,12 +1,15 @@
 // The option set over free-standing radio buttons.
 #include "widgets/OptionSet.h"
 
+#include "widgets/Spoken.h"
+
 #include <QRadioButton>
 
 OptionSet::OptionSet(QObject *parent) : QObject(parent) {}
 
 void OptionSet::add(int index, QRadioButton *button)
 {
+    speakControls();
     button->setAutoExclusive(false);
     m_buttons.insert(index, button);
     connect(button, &QRadioButton::clicked, this, [this, index] { onClicked(index); });

@@ -3,6 +3,8 @@
 
 #include "platform/RunTimeError.h"
 
+#include "widgets/PlainText.h"
+
 #include <QLabel>
 #include <QPainter>
 
@@ -42,9 +44,9 @@ void PanelStatusBar::setPanels(const QList<int> &stretches)
         panel->setTextFormat(Qt::PlainText);
         panel->setFrameStyle(QFrame::StyledPanel | QFrame::Sunken);
         panel->setObjectName(QStringLiteral("StatusBar_%1").arg(m_panels.size() + 1));
-        panel->setAccessibleName(tr("status %1").arg(m_panels.size() + 1));
         m_panels.append(panel);
         addPermanentWidget(panel, stretch);
+        setPanelText(panelCount(), QString());
     }
 }
 
@@ -69,5 +71,6 @@ void PanelStatusBar::setPanelText(int panel, const QString &text)
 {
     QLabel *label = panelAt(panel);
     label->setText(text);
-    label->setToolTip(text.trimmed());
+    label->setToolTip(plainToolTip(text.trimmed()));
+    label->setAccessibleName(tr("status %1: %2").arg(panel).arg(text.trimmed()));
 }

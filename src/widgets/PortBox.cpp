@@ -1,6 +1,8 @@
 // Port numbers with their devices.
 #include "widgets/PortBox.h"
 
+#include "widgets/PlainText.h"
+
 #include <QAbstractItemView>
 #include <QComboBox>
 #include <QStyledItemDelegate>
@@ -40,8 +42,7 @@ void addPort(QComboBox &box, const QString &number, const QString &description)
     box.setItemData(entry, description, descriptionRole);
     box.setItemData(entry, number.trimmed() + QStringLiteral(", ") + description,
                     Qt::AccessibleTextRole);
-    // A name from outside is never read as markup.
-    box.setItemData(entry, description.toHtmlEscaped(), Qt::ToolTipRole);
+    box.setItemData(entry, plainToolTip(description), Qt::ToolTipRole);
     const int wanted = box.view()->sizeHintForColumn(0) + box.view()->frameWidth() * 2 +
                        box.fontMetrics().averageCharWidth() * 3;
     if (box.view()->minimumWidth() < wanted)

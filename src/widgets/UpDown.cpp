@@ -1,7 +1,11 @@
 // The up-down arrows over two tool buttons.
 #include "widgets/UpDown.h"
 
+#include "widgets/Spoken.h"
+
+#include <QAccessible>
 #include <QKeyEvent>
+#include <QLineEdit>
 #include <QPainter>
 #include <QToolButton>
 #include <QVBoxLayout>
@@ -10,6 +14,7 @@ static constexpr int focusFrame = 2; // pixels around the buttons, where the foc
 
 UpDown::UpDown(QWidget *parent) : QWidget(parent)
 {
+    speakControls();
     setFocusPolicy(Qt::StrongFocus);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     auto *column = new QVBoxLayout(this);
@@ -33,6 +38,20 @@ QToolButton *UpDown::makeButton(Qt::ArrowType arrow, const QString &name)
     const int side = fontMetrics().height();
     button->setFixedSize(side + side / 3, side * 4 / 5);
     return button;
+}
+
+void UpDown::setBox(QLineEdit *box)
+{
+    m_box = box;
+    connect(box, &QLineEdit::textChanged, this, [this](const QString &text) {
+        QAccessibleValueChangeEvent changed(this, text);
+        QAccessible::updateAccessibility(&changed);
+    });
+}
+
+QString UpDown::boxText() const
+{
+    return m_box ? m_box->text() : QString();
 }
 
 void UpDown::keyPressEvent(QKeyEvent *event)

@@ -2,8 +2,10 @@
 // Down while it has the focus.
 #pragma once
 
+#include <QPointer>
 #include <QWidget>
 
+class QLineEdit;
 class QToolButton;
 
 class UpDown : public QWidget
@@ -12,6 +14,10 @@ class UpDown : public QWidget
 
 public:
     explicit UpDown(QWidget *parent = nullptr);
+
+    // The box whose value the arrows step: screen readers speak it with them.
+    void setBox(QLineEdit *box);
+    QString boxText() const;
 
 signals:
     void UpClick();
@@ -23,4 +29,6 @@ protected:
 
 private:
     QToolButton *makeButton(Qt::ArrowType arrow, const QString &name);
+
+    QPointer<QLineEdit> m_box;
 };

@@ -6,6 +6,7 @@
 UnitLabel::UnitLabel(const QString &unit, QWidget *box)
     : QLabel(unit, box->parentWidget()), m_box(box)
 {
+    setTextFormat(Qt::PlainText);
     box->installEventFilter(this);
 }
 

@@ -1,7 +1,9 @@
 // The tuning scroll bar.
 #include "ui/main/StepSlider.h"
 
+#include <QAccessibleWidget>
 #include <QApplication>
+#include <QLineEdit>
 #include <QPainter>
 #include <QProxyStyle>
 #include <QStyleOptionSlider>
@@ -33,16 +35,65 @@ public:
     }
 };
 
+// The bar counts steps, which mean nothing to a listener: its value is spoken as the box shows it.
+class SpokenSlider : public QAccessibleWidget, public QAccessibleValueInterface
+{
+public:
+    explicit SpokenSlider(StepSlider *slider) : QAccessibleWidget(slider, QAccessible::Slider) {}
+
+    void *interface_cast(QAccessible::InterfaceType type) override
+    {
+        if (type == QAccessible::ValueInterface)
+            return static_cast<QAccessibleValueInterface *>(this);
+        return QAccessibleWidget::interface_cast(type);
+    }
+
+    QString text(QAccessible::Text kind) const override
+    {
+        return kind == QAccessible::Value ? slider().displayText() : QAccessibleWidget::text(kind);
+    }
+
+    QVariant currentValue() const override { return slider().value(); }
+    void setCurrentValue(const QVariant &value) override { slider().setValue(value.toInt()); }
+    QVariant maximumValue() const override { return slider().maximum(); }
+    QVariant minimumValue() const override { return slider().minimum(); }
+    QVariant minimumStepSize() const override { return slider().singleStep(); }
+
+private:
+    StepSlider &slider() const { return *static_cast<StepSlider *>(widget()); }
+};
+
+QAccessibleInterface *spokenSlider(const QString &, QObject *object)
+{
+    auto *slider = qobject_cast<StepSlider *>(object);
+    return slider ? new SpokenSlider(slider) : nullptr;
+}
+
 } // namespace
 
 StepSlider::StepSlider(QWidget *parent) : QScrollBar(Qt::Horizontal, parent)
 {
+    QAccessible::installFactory(&spokenSlider);
     auto *paging = new PagingStyle;
     paging->setParent(this);
     setStyle(paging);
     setFocusPolicy(Qt::StrongFocus);
     setInvertedControls(false); // Up and Page Up raise the frequency
     setTracking(false);         // nothing changes before the thumb is let go
+}
+
+void StepSlider::setDisplay(QLineEdit *box)
+{
+    m_display = box;
+    connect(box, &QLineEdit::textChanged, this, [this](const QString &text) {
+        QAccessibleValueChangeEvent changed(this, text);
+        QAccessible::updateAccessibility(&changed);
+    });
+}
+
+QString StepSlider::displayText() const
+{
+    return m_display ? m_display->text() : QString::number(value());
 }
 
 QSize StepSlider::sizeHint() const
@@ -67,7 +118,7 @@ void StepSlider::paintEvent(QPaintEvent *event)
                                                     QStyle::SC_ScrollBarSlider, this);
         QRect mark(0, 0, 4, thumb.height() - 8);
         mark.moveCenter(thumb.center());
-        painter.fillRect(mark, palette().color(QPalette::Highlight));
+        painter.fillRect(mark, palette().color(QPalette::ButtonText)); // seen on any thumb
     }
     if (!hasFocus())
         return;
