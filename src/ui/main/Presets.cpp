@@ -6,13 +6,19 @@
 #include "core/Message.h"
 #include "core/TextNumbers.h"
 #include "device/clsKeldoX.h"
+#include "platform/RunTimeError.h"
 #include "ui/main/clsPresetButton.h"
 #include "ui_frmMain_KeldoX2.h"
+
+#include "widgets/PanelStatusBar.h"
 
 #include <QShortcut>
 
 Presets::Presets(const Ui::frmMain_KeldoX2 &ui, const ShownUnit &shown)
-    : cmdSetPresets(ui.cmdSetPresets), txtCurrentFreq(ui.txtCurrentFreq), m_shown(shown)
+    : cmdSetPresets(ui.cmdSetPresets),
+      txtCurrentFreq(ui.txtCurrentFreq),
+      StatusBar(ui.StatusBar),
+      m_shown(shown)
 {
     txtFreq.insert({ui.txtFreq_1, ui.txtFreq_2, ui.txtFreq_3}, Preset::start);
     cmdSetDUTFreq.insert(
@@ -110,8 +116,11 @@ void Presets::cmdSetPresets_Click()
 // The number that the frequency box shows. Raises 13 (type mismatch) when it shows none.
 static double shownFrequency(const QString &text)
 {
-    const auto megahertz = numberWithUnit(text);
-    return megahertz ? *megahertz : numericValue(text);
+    if (const auto megahertz = numberWithUnit(text))
+        return *megahertz;
+    throw RunTimeError(ErrorNumber::TypeMismatch,
+                       QObject::tr("There is no frequency in the box to store: type one in MHz, "
+                                   "then click the preset again."));
 }
 
 // Says the same as the preset's own message but for ", then": both wordings are kept on purpose.
@@ -133,6 +142,8 @@ void Presets::cmdSetDUTFreq_Click(int index)
             preset->SaveToPersistantStorage();
         } else if (preset->value() <= 0) {
             tellThatPresetIsNotSet();
+        } else if (!unit->DeviceFound() || !unit->PortIsOpen()) {
+            StatusBar->setPanelText(MainPanel::connection, Words::notConnected);
         } else {
             unit->setCurrentFreq(preset->value());
         }

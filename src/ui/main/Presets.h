@@ -9,6 +9,7 @@
 
 class QLineEdit;
 class QPushButton;
+class PanelStatusBar;
 
 namespace Ui {
 class frmMain_KeldoX2;
@@ -40,6 +41,7 @@ private:
     ControlArray<QLineEdit> txtFreq{QStringLiteral("txtFreq")};
     QPushButton *cmdSetPresets;
     const QLineEdit *txtCurrentFreq;
+    PanelStatusBar *StatusBar;
     const ShownUnit &m_shown;
     bool m_setMode = false;
 };

@@ -7,6 +7,7 @@
 #include "core/TextNumbers.h"
 #include "platform/Application.h"
 #include "platform/SettingsStore.h"
+#include "widgets/PlainText.h"
 
 #include <QLineEdit>
 
@@ -39,10 +40,28 @@ void clsPresetButton::setSetMode(bool on)
     if (!m_button)
         return;
     setBackColor(*m_button, on ? setModeColor : buttonFaceColor);
-    const QString meaning = on ? QObject::tr("Click to store the current frequency here")
-                               : QObject::tr("Click to tune to this frequency (Ctrl+%1)")
-                                     .arg(m_index - Preset::firstButton + 1);
+    showMeaning();
+}
+
+// In words: the frequency with its unit, and what a click does now.
+void clsPresetButton::showMeaning()
+{
+    if (!m_button)
+        return;
+    const bool isSet = m_value > 0;
+    const int number = m_index - Preset::firstButton + 1;
+    const QString frequency =
+        isSet ? QObject::tr("%1 MHz").arg(numberToText(m_value)) : QObject::tr("not set");
+    QString click = QObject::tr("a click tunes to it");
+    if (m_setMode)
+        click = isSet ? QObject::tr("a click stores the current frequency in its place")
+                      : QObject::tr("a click stores the current frequency here");
+    else if (!isSet)
+        click = QObject::tr("a click tells how to set it");
+    const QString meaning =
+        QObject::tr("Preset %1, %2: %3 (Ctrl+%1)").arg(number).arg(frequency, click);
     m_button->setToolTip(meaning);
+    m_button->setAccessibleName(QObject::tr("Preset %1: %2").arg(number).arg(frequency));
     m_button->setAccessibleDescription(meaning);
 }
 
@@ -76,6 +95,7 @@ void clsPresetButton::setValue(double megahertz)
 {
     m_value = megahertz;
     refresh();
+    showMeaning();
 }
 
 void clsPresetButton::refresh()
@@ -87,7 +107,7 @@ void clsPresetButton::setDisplayText(const QString &text)
 {
     m_displayText = text;
     if (auto *button = qobject_cast<QPushButton *>(m_display.data()))
-        button->setText(text);
+        button->setText(plainCaption(text));
     else if (auto *box = qobject_cast<QLineEdit *>(m_display.data()))
         box->setText(text);
 }

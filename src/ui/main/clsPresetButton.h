@@ -61,6 +61,7 @@ public:
 
 private:
     QString key() const;
+    void showMeaning();
 
     std::int16_t m_index = -1;
     double m_value = 0;

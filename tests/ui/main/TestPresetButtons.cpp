@@ -17,6 +17,8 @@ private slots:
     void aPresetTunesTheUnit();
     void aPresetOutsideTheRangeIsRefused();
     void aPresetWhileTheGuardIsDownSendsNothing();
+    void withoutAUnitAPresetSaysSoAndSendsNothing();
+    void thePresetsSayTheirFrequencyAndWhatAClickDoes();
     void enablePresetsEnablesSetAndUnset();
 };
 
@@ -119,6 +121,7 @@ void TestPresetButtons::setModeWithoutANumberReportsOnceAndKeepsTheValue()
     bench.boxes().acceptAll();
     bench.find<QPushButton>("cmdSetDUTFreq_4")->click();
     QCOMPARE(bench.boxes().shown().size(), 1);
+    QVERIFY(bench.boxes().texts().constFirst().contains(QStringLiteral("no frequency in the box")));
     QCOMPARE(app().presets[4]->value(), 101.0);
     QCOMPARE(stored(4), QString());
     QVERIFY(app().guard().isUp());
@@ -155,6 +158,41 @@ void TestPresetButtons::aPresetWhileTheGuardIsDownSendsNothing()
     QTest::mouseClick(bench.find<QPushButton>("cmdSetDUTFreq_5"), Qt::LeftButton);
     QCOMPARE(bench.sent(), QStringList());
     QVERIFY(!app().guard().isUp());
+}
+
+void TestPresetButtons::withoutAUnitAPresetSaysSoAndSendsNothing()
+{
+    ConnectedBench bench;
+    bench.window->setStatusPanel(1, QStringLiteral("CONNECTED"));
+    app().presets[4]->setValue(106.5);
+    bench.unit->commPort()->ClosePort();
+    QTest::mouseClick(bench.find<QPushButton>("cmdSetDUTFreq_4"), Qt::LeftButton);
+    QCOMPARE(bench.panel(1), QStringLiteral("NOT CONNECTED"));
+    QCOMPARE(bench.sent(), QStringList());
+    QVERIFY(app().guard().isUp());
+}
+
+void TestPresetButtons::thePresetsSayTheirFrequencyAndWhatAClickDoes()
+{
+    store(4, QStringLiteral(" 106.5"));
+    MainBench bench;
+    bench.show();
+    const auto *set = bench.find<QPushButton>("cmdSetDUTFreq_4");
+    const auto *unset = bench.find<QPushButton>("cmdSetDUTFreq_5");
+    QCOMPARE(set->toolTip(), QStringLiteral("Preset 1, 106.5 MHz: a click tunes to it (Ctrl+1)"));
+    QCOMPARE(unset->toolTip(),
+             QStringLiteral("Preset 2, not set: a click tells how to set it (Ctrl+2)"));
+    bench.find<QPushButton>("cmdSetPresets")->click();
+    QCOMPARE(set->toolTip(), QStringLiteral("Preset 1, 106.5 MHz: a click stores the current "
+                                            "frequency in its place (Ctrl+1)"));
+    QCOMPARE(unset->toolTip(),
+             QStringLiteral("Preset 2, not set: a click stores the current frequency here "
+                            "(Ctrl+2)"));
+    bench.frequency()->setText(QStringLiteral("104.25"));
+    bench.find<QPushButton>("cmdSetDUTFreq_5")->click();
+    QVERIFY(unset->toolTip().startsWith(QStringLiteral("Preset 2, 104.25 MHz: a click stores")));
+    QCOMPARE(unset->accessibleName(), QStringLiteral("Preset 2: 104.25 MHz"));
+    QCOMPARE(unset->accessibleDescription(), unset->toolTip());
 }
 
 void TestPresetButtons::enablePresetsEnablesSetAndUnset()

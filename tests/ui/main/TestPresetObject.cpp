@@ -18,6 +18,7 @@ private slots:
     void storedTextThatIsNoNumberLoadsAsZero();
     void enablingDoesNotLookAtTheValue();
     void setModeColoursTheButton();
+    void anAmpersandInACaptionIsShown();
     void theObjectsOwnMessage();
 };
 
@@ -172,6 +173,16 @@ void TestPresetObject::setModeColoursTheButton()
     preset.setSetMode(false);
     QVERIFY(!isLightGreen(button));
     QCOMPARE(button.styleSheet(), QString());
+}
+
+void TestPresetObject::anAmpersandInACaptionIsShown()
+{
+    QPushButton button;
+    clsPresetButton preset;
+    preset.setDisplay(&button);
+    preset.setDisplayText(QStringLiteral("a & b"));
+    QCOMPARE(button.text(), QStringLiteral("a && b"));
+    QCOMPARE(preset.DisplayText(), QStringLiteral("a & b"));
 }
 
 void TestPresetObject::theObjectsOwnMessage()
