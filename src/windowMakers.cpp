@@ -8,6 +8,7 @@
 #include "ui/dialogs/frmSplash.h"
 #include "ui/main/frmMain_KeldoX2.h"
 #include "ui/monitor/frmIODaemon.h"
+#include "widgets/WindowPlace.h"
 
 // The channels window of the run, seen by the channels as what their rows stand in.
 using ChannelsWindow = std::shared_ptr<std::weak_ptr<frmChannels>>;
@@ -23,18 +24,26 @@ static clsChannel::HostSource hostSource(const ChannelsWindow &window)
     };
 }
 
+// A window that comes back where it was left.
+template <class Window> static std::shared_ptr<Window> placed(const char *name)
+{
+    auto window = std::make_shared<Window>();
+    WindowPlace::keep(*window, QString::fromLatin1(name));
+    return window;
+}
+
 WindowMakers windowMakers()
 {
     const auto channels = std::make_shared<std::weak_ptr<frmChannels>>();
     WindowMakers makers;
     makers.splash = [] { return std::make_unique<frmSplash>(); };
-    makers.mainWindow = [] { return std::make_shared<frmMain_KeldoX2>(); };
+    makers.mainWindow = [] { return placed<frmMain_KeldoX2>("main"); };
     makers.channelsWindow = [channels] {
-        auto window = std::make_shared<frmChannels>();
+        auto window = placed<frmChannels>("channels");
         *channels = window;
         return window;
     };
-    makers.ioMonitor = [] { return std::make_shared<frmIODaemon>(); };
+    makers.ioMonitor = [] { return placed<frmIODaemon>("monitor"); };
     makers.channel = [source = hostSource(channels)] {
         return std::make_shared<clsChannel>(source);
     };

@@ -2,8 +2,11 @@
 #include "support/Fixture.h"
 
 #include "app/AppState.h"
+#include "platform/Application.h"
 #include "platform/EventQueue.h"
 #include "platform/PortDirectory.h"
+#include "platform/SettingsStore.h"
+#include "widgets/WindowPlace.h"
 
 #include <QDir>
 #include <QFile>
@@ -76,8 +79,19 @@ MessageBox::Answer ExpectedBoxes::answer(const MessageBox::Request &request)
     return next.answer;
 }
 
+// No test sees its windows where the test before has left them.
+static void forgetPlaces()
+{
+    for (const char *name : {"main", "channels", "monitor"}) {
+        const QString key = WindowPlace::key(QString::fromLatin1(name));
+        if (!SettingsStore::read(applicationTitle(), WindowPlace::section(), key).isEmpty())
+            SettingsStore::write(applicationTitle(), WindowPlace::section(), key, {});
+    }
+}
+
 Fixture::Fixture()
 {
+    forgetPlaces();
     EventQueue::resetEnding();
     resetAppState();
     installMessageBoxes();

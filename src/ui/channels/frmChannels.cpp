@@ -31,7 +31,8 @@ void frmChannels::bindRow(int index, std::weak_ptr<clsChannel> channel)
 void frmChannels::load()
 {
     resumeNext(
-        "frmMain.Form_Load", [this] { setWindowTitle(applicationTitle()); },
+        "frmMain.Form_Load",
+        [this] { setWindowTitle(applicationTitle() + QStringLiteral(" - Channels")); },
         [this] {
             for (int index = 1; index <= channelCount; ++index) {
                 m_controls.optPortNum(index)->setText(numberToTextWithBlank(index));

@@ -96,6 +96,8 @@ private:
 
     // Building, in frmChannels_controls.cpp.
     void buildTabs();
+    void addShortcuts();
+    void goToChannel(int index);
     QGridLayout *buildPage(int tab);
     void buildHeader(QGridLayout &grid, int tab);
     void addHeader(QGridLayout &grid, ControlArray<QLabel> &labels, int tab, int column,

@@ -6,6 +6,7 @@
 #include "core/TextNumbers.h"
 #include "ui/channels/UnitLabel.h"
 #include "widgets/PanelStatusBar.h"
+#include "widgets/ScrollPane.h"
 
 #include <QGridLayout>
 #include <QProgressBar>
@@ -42,12 +43,15 @@ QLineEdit *makeBox(QWidget *page, const QString &name, const QString &tip)
     box->setToolTip(tip);
     box->setAlignment(Qt::AlignRight);
     box->setMinimumWidth(box->fontMetrics().horizontalAdvance(QStringLiteral("1234.56789")));
+    // As wide as its column, which is alike on tabs with and without rows.
+    box->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
     return box;
 }
 
-UpDown *makeArrows(QWidget *page, const QString &name)
+UpDown *makeArrows(QLineEdit *box, const QString &name)
 {
-    auto *arrows = new UpDown(page);
+    auto *arrows = new UpDown(box->parentWidget());
+    arrows->setBox(box);
     arrows->setAccessibleName(name);
     return arrows;
 }
@@ -95,7 +99,8 @@ void frmChannels::buildTabs()
     QList<QGridLayout *> grids;
     for (int tab = 0; tab < channelTabs; ++tab) {
         grids.append(buildPage(tab));
-        tabsChannels->addTab(grids.last()->parentWidget()->parentWidget(), captions.at(tab));
+        auto *pane = new ScrollPane(grids.last()->parentWidget()->parentWidget(), tabsChannels);
+        tabsChannels->addTab(pane, captions.at(tab));
     }
     alignTabs(grids);
     for (int index = 1; index <= channelCount; ++index)
@@ -126,6 +131,7 @@ QGridLayout *frmChannels::buildPage(int tab)
         content,
         tr("No units are bound to channels %1 to %2.").arg(first).arg(first + channelsPerTab - 1));
     none->setForegroundRole(QPalette::PlaceholderText);
+    none->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred); // the columns decide
     m_labels.lblNoUnit.insert(tab, none);
     grid->addWidget(none, noUnitRow, 0, 1, ColumnCount);
     grid->setRowStretch(firstRow + channelsPerTab, 1);
@@ -195,7 +201,7 @@ void frmChannels::buildAttenuations(QGridLayout &grid, int index)
     const QString dB = QStringLiteral("dB");
     auto *box = makeBox(page, accessible(index, tr("attenuation, dB")),
                         tr("Type an attenuation in dB and press Enter"));
-    auto *arrows = makeArrows(page, accessible(index, tr("attenuation, up and down")));
+    auto *arrows = makeArrows(box, accessible(index, tr("attenuation, up and down")));
     m_controls.txtChanAtten.insert(index, box);
     m_controls.udAtten.insert(index, arrows);
     m_controls.lbldB.insert(index, makeLabel(page, dB));
@@ -203,7 +209,7 @@ void frmChannels::buildAttenuations(QGridLayout &grid, int index)
 
     box = makeBox(page, accessible(index, tr("input attenuation, dB")),
                   tr("Type an input attenuation in dB and press Enter"));
-    arrows = makeArrows(page, accessible(index, tr("input attenuation, up and down")));
+    arrows = makeArrows(box, accessible(index, tr("input attenuation, up and down")));
     m_controls.txtChanInputAtten.insert(index, box);
     m_controls.udInputAtten.insert(index, arrows);
     addCell(grid, rowOnPage(index), InputAttenColumn, {box, arrows, new UnitLabel(dB, box)});
@@ -219,7 +225,7 @@ void frmChannels::buildAGC(QGridLayout &grid, int index)
 
     auto *box = makeBox(page, accessible(index, tr("AGC offset, dB")),
                         tr("Type an AGC offset in dB and press Enter"));
-    auto *arrows = makeArrows(page, accessible(index, tr("AGC offset, up and down")));
+    auto *arrows = makeArrows(box, accessible(index, tr("AGC offset, up and down")));
     m_controls.txtChanAGCoffset.insert(index, box);
     m_controls.udAGCOffset.insert(index, arrows);
     m_controls.lblAGCdB.insert(index, makeLabel(page, QStringLiteral("dB")));

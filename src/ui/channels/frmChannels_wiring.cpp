@@ -6,9 +6,12 @@
 #include "ui/channels/clsChannel.h"
 #include "widgets/EntryEvents.h"
 #include "widgets/SearchStrip.h"
+#include "widgets/WindowPlace.h"
 
 #include <QEvent>
 #include <QKeyEvent>
+#include <QShortcut>
+#include <QTabWidget>
 
 frmChannels::frmChannels()
 {
@@ -17,6 +20,8 @@ frmChannels::frmChannels()
     buildStatusBar();
     m_strip = new SearchStrip(this);
     connect(m_strip, &SearchStrip::Cancelled, this, &cancelRunning);
+    addShortcuts();
+    resize(withinScreen(*this, sizeHint()));
     for (int index = 1; index <= channelCount; ++index) {
         connectControls(index);
         connectBoxes(index);
@@ -56,6 +61,39 @@ void frmChannels::connectBoxes(int index)
     const auto *frequency = enter(m_controls.txtChanFreq(index), &frmChannels::txtChanFreq_KeyUp);
     connect(frequency, &EntryEvents::DblClick, this,
             [this, index] { txtChanFreq_DblClick(index); });
+}
+
+// The same keys recall presets in the main window; here they go to the channels.
+void frmChannels::addShortcuts()
+{
+    for (int index = 1; index <= channelCount; ++index) {
+        const auto keys = QStringLiteral("Ctrl+%1").arg(index);
+        const auto *shortcut = new QShortcut(QKeySequence(keys), this);
+        connect(shortcut, &QShortcut::activated, this, [this, index] { goToChannel(index); });
+    }
+    for (int tab = 0; tab * channelsPerTab < channelCount; ++tab) {
+        const int first = tab * channelsPerTab + 1;
+        tabsChannels->setTabToolTip(tab, tr("Ctrl+%1 to Ctrl+%2 go to these channels")
+                                             .arg(first)
+                                             .arg(first + channelsPerTab - 1));
+        m_labels.lblChannel(tab)->setToolTip(
+            tr("Ctrl and a channel's number goes to it; the space bar makes it the active one"));
+    }
+}
+
+// To the frequency of the active channel; any other has to be made the active one first.
+void frmChannels::goToChannel(int index)
+{
+    const ChannelRowControls row = rowOf(m_controls, index);
+    if (row.optPortNum->isHidden())
+        return;
+    tabsChannels->setCurrentIndex((index - 1) / channelsPerTab);
+    const bool canTune =
+        row.optPortNum->isChecked() && row.txtChanFreq->isVisible() && row.txtChanFreq->isEnabled();
+    QWidget *control = row.optPortNum;
+    if (canTune)
+        control = row.txtChanFreq;
+    control->setFocus(Qt::ShortcutFocusReason);
 }
 
 // A tab without rows says so.

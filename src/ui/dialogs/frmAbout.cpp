@@ -3,6 +3,8 @@
 
 #include "platform/Application.h"
 #include "ui_frmAbout.h"
+#include "widgets/ScrollPane.h"
+#include "widgets/WindowPlace.h"
 
 #include <QApplication>
 #include <QIcon>
@@ -10,6 +12,7 @@
 frmAbout::frmAbout(QWidget *owner) : QDialog(owner), m_ui(std::make_unique<Ui::frmAbout>())
 {
     m_ui->setupUi(this);
+    ScrollPane::wrap(*m_ui->columnLayout, m_ui->textPage);
     connect(m_ui->cmdOK, &QPushButton::clicked, this, &frmAbout::accept);
     Form_Load();
 }
@@ -30,5 +33,6 @@ void frmAbout::Form_Load()
     m_ui->lblTitle->setFont(title);
     const int side = fontMetrics().height() * 5;
     m_ui->picIcon->setPixmap(QApplication::windowIcon().pixmap(QSize(side, side)));
-    m_ui->lblDescription->setMinimumWidth(fontMetrics().height() * 20);
+    const int room = roomOnScreen(*this).width() - side;
+    m_ui->lblDescription->setMinimumWidth(qMin(fontMetrics().height() * 20, room * 2 / 3));
 }

@@ -3,6 +3,8 @@
 
 #include "platform/Application.h"
 #include "ui_frmContact.h"
+#include "widgets/ScrollPane.h"
+#include "widgets/WindowPlace.h"
 
 #include <QDir>
 #include <QStandardPaths>
@@ -10,6 +12,7 @@
 frmContact::frmContact(QWidget *owner) : QDialog(owner), m_ui(std::make_unique<Ui::frmContact>())
 {
     m_ui->setupUi(this);
+    ScrollPane::wrap(*m_ui->columnLayout, m_ui->textPage);
     setAttribute(Qt::WA_DeleteOnClose);
     connect(m_ui->OKButton, &QPushButton::clicked, this, &frmContact::close);
     Form_Load();
@@ -44,5 +47,6 @@ void frmContact::Form_Load()
         tr("Open the IO monitor, check \"Log events to a file\" in its Debug settings, repeat what "
            "went wrong, and attach this file:\n%1")
             .arg(log));
-    m_ui->lblProject->setMinimumWidth(fontMetrics().height() * 26);
+    const int room = roomOnScreen(*this).width();
+    m_ui->lblProject->setMinimumWidth(qMin(fontMetrics().height() * 26, room * 3 / 4));
 }

@@ -3,6 +3,7 @@
 
 #include "platform/Application.h"
 #include "ui_frmOperation.h"
+#include "widgets/WindowPlace.h"
 
 frmOperation::frmOperation(QWidget *owner)
     : QDialog(owner), m_ui(std::make_unique<Ui::frmOperation>())
@@ -48,5 +49,5 @@ void frmOperation::Form_Load()
         "power. You can lower the "
         "power by increasing the manual attenuation. "));
     const int em = fontMetrics().height();
-    resize(em * 34, em * 42);
+    resize(withinScreen(*this, QSize(em * 34, em * 42)));
 }

@@ -13,6 +13,8 @@
 #include "ui/main/Tuning.h"
 #include "ui/main/clsPelltrim.h"
 #include "ui_frmMain_KeldoX2.h"
+#include "widgets/ScrollPane.h"
+#include "widgets/WindowPlace.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -25,6 +27,7 @@
 frmMain_KeldoX2::frmMain_KeldoX2() : m_ui(std::make_unique<Ui::frmMain_KeldoX2>())
 {
     m_ui->setupUi(this);
+    ScrollPane::wrap(*this);
     m_ui->StatusBar->setPanels({5, 2});
     tmr1.setParent(this);
     tmr1.setObjectName(QStringLiteral("tmr1"));
@@ -95,13 +98,15 @@ void frmMain_KeldoX2::styleControls()
         box->setPalette(display); // shows, and does not invite to type
         box->setFixedWidth(displayWidth);
     }
+    m_ui->HScroll1->setDisplay(m_ui->txtCurrentFreq);
+    m_ui->HScroll_Pelltrim->setDisplay(m_ui->txtPelltrim);
     m_ui->txtPelltrim->setFixedWidth(fontMetrics().horizontalAdvance(QStringLiteral("000000000")));
     for (QPushButton *button : {m_ui->cmdSetDUTFreq_4, m_ui->cmdSetDUTFreq_5, m_ui->cmdSetDUTFreq_6,
                                 m_ui->cmdSetDUTFreq_7})
         button->setMinimumSize(fontMetrics().horizontalAdvance(QStringLiteral(" 0000.000000 ")),
                                fontMetrics().height() * 2);
     m_ui->cmdSetPresets->setMinimumHeight(fontMetrics().height() * 2);
-    resize(fontMetrics().height() * 46, fontMetrics().height() * 31);
+    resize(withinScreen(*this, QSize(46, 31) * fontMetrics().height()));
 }
 
 void frmMain_KeldoX2::load()

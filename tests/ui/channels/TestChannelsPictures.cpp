@@ -132,7 +132,8 @@ void TestChannelsPictures::smallestWindow()
     connectThree(b);
     b.window->resize(1, 1);
     QTest::qWait(0);
-    checkLayout(*b.window);
+    QVERIFY(b.window->width() < 400); // its content scrolls
+    checkLayout(*b.find<QLabel>("lblChannel", 0)->parentWidget());
     savePicture(*b.window, QStringLiteral("channels-smallest"));
     b.window->resize(1600, 500);
     QTest::qWait(0);

@@ -88,7 +88,7 @@ void TestChannelsWindow::showColumnLabelsMakesThemVisibleAgain()
 void TestChannelsWindow::captionsAfterLoading()
 {
     const ChannelsBench b;
-    QCOMPARE(b.window->windowTitle(), applicationTitle());
+    QCOMPARE(b.window->windowTitle(), applicationTitle() + QStringLiteral(" - Channels"));
     for (int index = 1; index <= 8; ++index) {
         QCOMPARE(b.find<QRadioButton>("optPortNum", index)->text(),
                  QStringLiteral(" %1").arg(index));

@@ -84,7 +84,7 @@ void TestInformationWindows::operationCaptionAndFont()
     QCOMPARE(window.objectName(), QStringLiteral("frmOperation"));
     QCOMPARE(window.windowTitle(), QStringLiteral("   KELDO-X Control Program Operation"));
     const auto labels = window.findChildren<QLabel *>();
-    QCOMPARE(labels.size(), 16);
+    QCOMPARE(labels.size(), 17);
     for (const QLabel *each : labels)
         QCOMPARE(each->font().family(), QStringLiteral("Arial"));
 }

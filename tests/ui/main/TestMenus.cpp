@@ -10,6 +10,8 @@ class TestMenus : public QObject
 
 private slots:
     void entriesAreInTheirOrderUnderTheirCaptions();
+    void everyEntryHasAMnemonicOfItsOwn();
+    void thePollingEntrySaysWhatItDoes();
     void entriesWithoutAnActionAreDisabledAndSayWhy_data();
     void entriesWithoutAnActionAreDisabledAndSayWhy();
     void anEntryOnTheBarItselfShowsItsToolTip();
@@ -32,7 +34,7 @@ static void collect(const QWidget &menu, const QString &indent, QStringList &all
         if (entry->isSeparator())
             continue;
         const QString name = entry->menu() ? entry->menu()->objectName() : entry->objectName();
-        all.append(indent + name + QLatin1Char('|') + entry->text());
+        all.append(indent + name + QLatin1Char('|') + entry->text().remove(QLatin1Char('&')));
         if (entry->menu())
             collect(*entry->menu(), indent + QLatin1Char('-'), all);
     }
@@ -44,10 +46,10 @@ void TestMenus::entriesAreInTheirOrderUnderTheirCaptions()
     QStringList all;
     collect(*bench.window->menuBar(), QString(), all);
     const QStringList expected{
-        QStringLiteral("mnuFile|&File"),
-        QStringLiteral("-mnuFileExit|E&xit"),
+        QStringLiteral("mnuFile|File"),
+        QStringLiteral("-mnuFileExit|Exit"),
         QStringLiteral("mnuShowChannels|Show Channels"),
-        QStringLiteral("mnuConnectMenu|&Connect"),
+        QStringLiteral("mnuConnectMenu|Connect"),
         QStringLiteral("-mnuConnectTCP|Connect via TCP/IP  (ethernet or Wifi)"),
         QStringLiteral("-mnuConnectKnownComport|Connect to KeldoX (on a specific port)"),
         QStringLiteral("-mnuConnectComport|Connect to KeldoX (search com ports)"),
@@ -55,14 +57,55 @@ void TestMenus::entriesAreInTheirOrderUnderTheirCaptions()
         QStringLiteral("mnuPolling|Polling"),
         QStringLiteral("-mnuEnablePolling| Enable Input Attenuation Polling"),
         QStringLiteral("-mnuPollingInterval|Polling Interval"),
-        QStringLiteral("mnuSweepora|Sweep&ora"),
-        QStringLiteral("mnuHelp|&Help"),
+        QStringLiteral("mnuSweepora|Sweepora"),
+        QStringLiteral("mnuHelp|Help"),
         QStringLiteral("-mnuHelpContents|Operation"),
         QStringLiteral("-mnuHelpAbout|About"),
         QStringLiteral("-mnuHelpContact|Contact"),
         QStringLiteral("mnuOptionsIOdaemon|display IO monitor"),
     };
     QCOMPARE(all, expected);
+}
+
+// In its menu; those on the bar also differ from the window's labels, which share the Alt key.
+static QStringList mnemonicFaults(const QWidget &menu, QStringList taken)
+{
+    QStringList faults;
+    for (const QAction *entry : menu.actions()) {
+        if (entry->isSeparator())
+            continue;
+        const QString key = QKeySequence::mnemonic(entry->text()).toString();
+        if (key.isEmpty() || taken.contains(key))
+            faults.append(entry->text());
+        taken.append(key);
+        if (entry->menu())
+            faults += mnemonicFaults(*entry->menu(), {});
+    }
+    return faults;
+}
+
+void TestMenus::everyEntryHasAMnemonicOfItsOwn()
+{
+    const MainBench bench;
+    QStringList labels;
+    for (const QLabel *label : bench.window->centralWidget()->findChildren<QLabel *>())
+        if (label->buddy() && label->text().contains(QLatin1Char('&')))
+            labels.append(QKeySequence::mnemonic(label->text()).toString());
+    QCOMPARE(labels.size(), 3);
+    QCOMPARE(mnemonicFaults(*bench.window->menuBar(), labels), QStringList());
+    for (const auto &[name, text] :
+         {std::pair("mnuFile", "&File"), {"mnuConnectMenu", "&Connect"}, {"mnuHelp", "&Help"}})
+        QCOMPARE(bench.find<QMenu>(name)->title(), QString::fromLatin1(text));
+    QCOMPARE(bench.entry("mnuFileExit")->text(), QStringLiteral("E&xit"));
+    QCOMPARE(bench.entry("mnuSweepora")->text(), QStringLiteral("Sweep&ora"));
+}
+
+void TestMenus::thePollingEntrySaysWhatItDoes()
+{
+    const MainBench bench;
+    const QString tip = bench.entry("mnuEnablePolling")->toolTip();
+    QVERIFY(tip.contains(QStringLiteral("timer")));
+    QVERIFY(tip.contains(QStringLiteral("asks the unit nothing")));
 }
 
 void TestMenus::entriesWithoutAnActionAreDisabledAndSayWhy_data()

@@ -1,0 +1,53 @@
+// The scrolling content of a window.
+#include "widgets/ScrollPane.h"
+
+#include <QBoxLayout>
+#include <QMainWindow>
+#include <QScrollBar>
+
+static constexpr int fewestColumns = 10; // of the font's height: what is worth scrolling in
+static constexpr int fewestRows = 5;
+
+ScrollPane::ScrollPane(QWidget *content, QWidget *parent) : QScrollArea(parent)
+{
+    setObjectName(QStringLiteral("scrollPane"));
+    setFrameShape(QFrame::NoFrame);
+    setWidgetResizable(true);
+    setFocusPolicy(Qt::NoFocus); // the content's controls have it
+    setWidget(content);
+    content->setAutoFillBackground(false);
+    horizontalScrollBar()->setObjectName(QStringLiteral("scrollAcross"));
+    horizontalScrollBar()->setAccessibleName(tr("scroll across"));
+    verticalScrollBar()->setObjectName(QStringLiteral("scrollDown"));
+    verticalScrollBar()->setAccessibleName(tr("scroll up and down"));
+}
+
+QSize ScrollPane::sizeHint() const
+{
+    return widget()
+        ->sizeHint()
+        .expandedTo(widget()->minimumSizeHint())
+        .expandedTo(widget()->minimumSize());
+}
+
+QSize ScrollPane::minimumSizeHint() const
+{
+    const int em = fontMetrics().height();
+    return widget()->minimumSizeHint().boundedTo({em * fewestColumns, em * fewestRows});
+}
+
+ScrollPane *ScrollPane::wrap(QMainWindow &window)
+{
+    auto *pane = new ScrollPane(window.takeCentralWidget(), &window);
+    window.setCentralWidget(pane);
+    return pane;
+}
+
+ScrollPane *ScrollPane::wrap(QBoxLayout &column, QWidget *content)
+{
+    const int place = column.indexOf(content);
+    column.removeWidget(content);
+    auto *pane = new ScrollPane(content, column.parentWidget());
+    column.insertWidget(place, pane, 1);
+    return pane;
+}
