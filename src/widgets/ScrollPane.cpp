@@ -2,6 +2,7 @@
 #include "widgets/ScrollPane.h"
 
 #include <QBoxLayout>
+#include <QEvent>
 #include <QMainWindow>
 #include <QScrollBar>
 
@@ -28,6 +29,14 @@ QSize ScrollPane::sizeHint() const
         ->sizeHint()
         .expandedTo(widget()->minimumSizeHint())
         .expandedTo(widget()->minimumSize());
+}
+
+// Qt's own area does not tell its window when its content wants another size.
+bool ScrollPane::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == widget() && event->type() == QEvent::LayoutRequest)
+        updateGeometry();
+    return QScrollArea::eventFilter(watched, event);
 }
 
 QSize ScrollPane::minimumSizeHint() const

@@ -17,6 +17,8 @@ public:
     QSize sizeHint() const override; // of the content
     QSize minimumSizeHint() const override;
 
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
     // Puts the window's central widget into a pane.
     static ScrollPane *wrap(QMainWindow &window);
     // Puts the part of a column that may grow into a pane in its place.

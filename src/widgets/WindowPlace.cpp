@@ -98,9 +98,12 @@ bool WindowPlace::eventFilter(QObject *watched, QEvent *event)
 void WindowPlace::save() const
 {
     const bool maximized = m_window->isMaximized();
-    const QRect place = maximized || m_window->isMinimized()
-                            ? m_window->normalGeometry()
-                            : QRect(m_window->pos(), m_window->size());
+    QRect place(m_window->pos(), m_window->size());
+    if (maximized || m_window->isMinimized()) {
+        // Without the frame, which would move the window by its caption at every run.
+        const QPoint frame = m_window->geometry().topLeft() - m_window->pos();
+        place = m_window->normalGeometry().translated(-frame);
+    }
     QString text = QStringLiteral("%1 %2 %3 %4")
                        .arg(place.x())
                        .arg(place.y())

@@ -12,9 +12,9 @@
 frmAbout::frmAbout(QWidget *owner) : QDialog(owner), m_ui(std::make_unique<Ui::frmAbout>())
 {
     m_ui->setupUi(this);
-    ScrollPane::wrap(*m_ui->columnLayout, m_ui->textPage);
     connect(m_ui->cmdOK, &QPushButton::clicked, this, &frmAbout::accept);
     Form_Load();
+    ScrollPane::wrap(*m_ui->columnLayout, m_ui->textPage);
 }
 
 frmAbout::~frmAbout() = default;

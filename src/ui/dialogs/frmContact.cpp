@@ -12,10 +12,10 @@
 frmContact::frmContact(QWidget *owner) : QDialog(owner), m_ui(std::make_unique<Ui::frmContact>())
 {
     m_ui->setupUi(this);
-    ScrollPane::wrap(*m_ui->columnLayout, m_ui->textPage);
     setAttribute(Qt::WA_DeleteOnClose);
     connect(m_ui->OKButton, &QPushButton::clicked, this, &frmContact::close);
     Form_Load();
+    ScrollPane::wrap(*m_ui->columnLayout, m_ui->textPage);
 }
 
 frmContact::~frmContact() = default;

@@ -49,5 +49,5 @@ void frmOperation::Form_Load()
         "power. You can lower the "
         "power by increasing the manual attenuation. "));
     const int em = fontMetrics().height();
-    resize(withinScreen(*this, QSize(em * 34, em * 42)));
+    resize(withinScreen(*this, QSize(em * 36, em * 46)));
 }

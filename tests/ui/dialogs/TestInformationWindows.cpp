@@ -174,6 +174,8 @@ void TestInformationWindows::noTextIsCutOff()
         window->setAttribute(Qt::WA_DeleteOnClose, false);
         window->show();
         QVERIFY(QTest::qWaitForWindowExposed(window));
+        for (const QScrollBar *bar : window->findChildren<QScrollBar *>())
+            QVERIFY2(!bar->isVisible(), qPrintable(window->objectName() + bar->objectName()));
         for (const QLabel *each : window->findChildren<QLabel *>()) {
             if (!each->isVisible() || each->text().isEmpty())
                 continue;
