@@ -24,10 +24,11 @@ static clsChannel::HostSource hostSource(const ChannelsWindow &window)
     };
 }
 
-// A window that comes back where it was left.
+// A window that comes back where it was left; before that, one no larger than its screen.
 template <class Window> static std::shared_ptr<Window> placed(const char *name)
 {
     auto window = std::make_shared<Window>();
+    window->resize(withinScreen(*window, window->size()));
     WindowPlace::keep(*window, QString::fromLatin1(name));
     return window;
 }

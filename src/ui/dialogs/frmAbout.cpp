@@ -34,5 +34,5 @@ void frmAbout::Form_Load()
     const int side = fontMetrics().height() * 5;
     m_ui->picIcon->setPixmap(QApplication::windowIcon().pixmap(QSize(side, side)));
     const int room = roomOnScreen(*this).width() - side;
-    m_ui->lblDescription->setMinimumWidth(qMin(fontMetrics().height() * 20, room * 2 / 3));
+    m_ui->lblDescription->setMinimumWidth(qMin(fontMetrics().height() * 20, room / 2));
 }

@@ -48,5 +48,5 @@ void frmContact::Form_Load()
            "went wrong, and attach this file:\n%1")
             .arg(log));
     const int room = roomOnScreen(*this).width();
-    m_ui->lblProject->setMinimumWidth(qMin(fontMetrics().height() * 26, room * 3 / 4));
+    m_ui->lblProject->setMinimumWidth(qMin(fontMetrics().height() * 26, room / 2));
 }
