@@ -1,5 +1,4 @@
-// The unit's transaction: opening, addressing, identity, the reading of the set-up, and one command
-// line out and one reply line back.
+// Connecting to a unit: opening the port, addressing, identity, and the reading of the set-up.
 #include "device/clsKeldoX.h"
 
 #include "core/EventLog.h"
@@ -19,7 +18,8 @@ clsKeldoX::clsKeldoX()
       FrequencyPlan(*this, *this),
       StepTuning(*this, *this, *this),
       Levels(*this, *this, *this),
-      FineTuning(*this, *this, *this)
+      FineTuning(*this, *this, *this),
+      Detectors(*this, *this)
 {
 }
 
@@ -67,7 +67,7 @@ bool clsKeldoX::Initialize()
                 LISTEN(m_addr);
             }
         },
-        [&] { accepted = IsAnKeldoXID(ID().toUpper()); });
+        [&] { accepted = IsAnKeldoXID(ID()); });
     if (accepted)
         readIn();
     setup().initializing = false;
@@ -128,23 +128,37 @@ void clsKeldoX::readSetup()
 
 void clsKeldoX::LISTEN(std::int16_t address)
 {
-    reportAndEnd("clsKeldoX.LISTEN", [&] {
-        if (!PortIsOpen())
-            return;
+    run("clsKeldoX.LISTEN", [&] {
         const QString digits = QString::number(address).rightJustified(2, QLatin1Char('0'));
         logEvent(logName(), QStringLiteral(" sending LISTEN ") + digits);
-        deviceWrite(QStringLiteral(">LISTEN") + digits);
+        send(QStringLiteral(">LISTEN") + digits);
     });
 }
 
 void clsKeldoX::UNLISTEN()
 {
-    reportAndEnd("clsKeldoX.UNLISTEN", [this] {
-        if (!PortIsOpen())
-            return;
+    run("clsKeldoX.UNLISTEN", [this] {
         logEvent(logName(), QStringLiteral(" sending UNLISTEN "));
-        deviceWrite(QStringLiteral(">UNLISTEN"));
+        send(QStringLiteral(">UNLISTEN"));
     });
+}
+
+QString clsKeldoX::ID()
+{
+    QString identity;
+    run("clsKeldoX.Get ID", [&] {
+        const QString reply = send(QStringLiteral("*ID?")).whole();
+        identity = ReplyText::isErrorWord(reply) ? QStringLiteral("???") : reply;
+        if (!IsAnKeldoXID(reply))
+            complain("The device did not respond correctly to an ID query.");
+    });
+    return identity;
+}
+
+bool clsKeldoX::IsAnKeldoXID(const QString &text)
+{
+    const QString identity = text.toUpper();
+    return identity == QLatin1String("KELDO-X") || identity == QLatin1String("TOVIN-R");
 }
 
 // With the port open, an object that is not initialized forgets its address when asked: what the
@@ -160,45 +174,16 @@ std::int16_t clsKeldoX::addr()
 
 void clsKeldoX::setAddr(std::int16_t address)
 {
-    const auto unit = keepAlive();
     // The search gives units their addresses while their ports are closed.
     if (!PortIsOpen()) {
         m_addr = address;
         return;
     }
-    reportAndEnd("clsKeldoX.Let addr", [&] {
-        const QString reply =
-            send(QStringLiteral("!ADDR") + numberToTextWithBlank(address)).whole();
-        if (isNumeric(reply) && leadingNumber(ParseData(reply)) == address) {
-            keep(Good);
+    run("clsKeldoX.Let addr", [&] {
+        const Reply reply = send(QStringLiteral("!ADDR") + numberToTextWithBlank(address));
+        const bool good = ReplyText::isNumber(reply.whole(), address);
+        if (good)
             m_addr = address;
-            return;
-        }
-        keep(BadReply);
-        complain("The device did not respond correctly to an address command.");
+        judge(reply, good, "The device did not respond correctly to an address command.", false);
     });
-}
-
-QString clsKeldoX::ID()
-{
-    const auto unit = keepAlive();
-    QString identity;
-    reportAndEnd("clsKeldoX.Get ID", [&] {
-        if (!PortIsOpen())
-            return;
-        const QString reply = send(QStringLiteral("*ID?")).whole();
-        const bool notUnderstood =
-            reply == QLatin1String("TIMED OUT") || reply == QLatin1String("UNRECOGNIZED COMMAND");
-        m_id = notUnderstood ? QStringLiteral("???") : reply;
-        identity = m_id;
-        if (!IsAnKeldoXID(reply.toUpper()))
-            complain("The device did not respond correctly to an ID query.");
-    });
-    return identity;
-}
-
-bool clsKeldoX::IsAnKeldoXID(const QString &text)
-{
-    const QString identity = text.toUpper();
-    return identity == QLatin1String("KELDO-X") || identity == QLatin1String("TOVIN-R");
 }

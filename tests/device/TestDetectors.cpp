@@ -6,6 +6,8 @@ class TestDetectors : public QObject
     Q_OBJECT
 
 private slots:
+    void theScratchByteIsPutBackWhenTheNumberOverflows();
+    void writingTheDeadbandRaisesTheStatus();
     void theTableEndsOneBeforeTheScratchAddress();
     void readings_data();
     void readings();
@@ -347,6 +349,27 @@ void TestDetectors::theErrorSourceKeepsItsTwoBlanks()
             [] { throw RunTimeError(ErrorNumber::InvalidProcedureCall); });
     f.unit->setAGCaddr(36);
     QVERIFY(f.boxes().texts().value(0).endsWith(QStringLiteral(" in clsKeldoX.Let  AGCaddr\r\n")));
+}
+
+void TestDetectors::theScratchByteIsPutBackWhenTheNumberOverflows()
+{
+    UnitFixture f(unitWithFirmware("2.32"));
+    f.connectUnit();
+    f.unit->setDisplayErrors(false);
+    f.reply("*DATA?", "17");
+    f.reply("!ATAB 86", "Add 86 99999999999");
+    f.unit->DetectorReading();
+    QCOMPARE(f.sent(), listed("!SRCE 86|*DATA?|!ATAB 86|!SRCE 86|!WDAT 17"));
+    QCOMPARE(f.unit->DetectorReading(), 0);
+}
+
+void TestDetectors::writingTheDeadbandRaisesTheStatus()
+{
+    UnitFixture f;
+    f.connectUnit();
+    f.unit->setDeadBand(5);
+    QCOMPARE(f.events.take(), listed("StatusChange 0"));
+    QCOMPARE(f.sent(), listed("!DBND 5"));
 }
 
 KELDOX_TEST(TestDetectors)

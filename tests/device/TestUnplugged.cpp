@@ -194,6 +194,11 @@ void TestUnplugged::anObjectDroppedWhileItWaits_data()
     row("Pelltrim", "ZNChange 128", [](clsKeldoX &u) { u.Pelltrim(); });
     row("PelltrimCal", "ZNChange 128", [](clsKeldoX &u) { u.PelltrimCal(); });
     row("ZN_calMode", "StatusChange 0", [](clsKeldoX &u) { u.ZN_calMode(); });
+    row("InputDetectorReading", "StatusChange 0", [](clsKeldoX &u) { u.InputDetectorReading(); });
+    row("deadBand", "StatusChange 0", [](clsKeldoX &u) { u.deadBand(); });
+    row("StartOfAGCTable", "StatusChange 0", [](clsKeldoX &u) { u.StartOfAGCTable(); });
+    row("AGCdata", "StatusChange 0", [](clsKeldoX &u) { u.AGCdata(); });
+    row("StoreADCvalue", "StatusChange 0", [](clsKeldoX &u) { u.StoreADCvalue(40); });
     row("setAGC", "StatusChange 0", [](clsKeldoX &u) { u.setAGC(true); });
     row("setAtten", "StatusChange 0", [](clsKeldoX &u) { u.setAtten(1); });
     row("setCurrentFreq", "StatusChange 0", [](clsKeldoX &u) { u.setCurrentFreq(101); });
