@@ -8,6 +8,7 @@
 // reported and never leave the object.
 #pragma once
 
+#include "device/UnitValue.h"
 #include "port/clsCommPort.h"
 
 #include <QObject>
@@ -188,6 +189,10 @@ signals:
     void ZNcalModeChange(bool &on);
     void GetPassword();
     void InputLimitingModeChange(qint16 mode);
+
+    // False: a setting got no good reply, so nobody knows what the unit has. True: it was read
+    // again.
+    void ConfirmationChange(UnitValue value, bool confirmed);
 
     // A command is about to be sent. Polling stops on it, and only its owner starts it again.
     void AboutToExchange();
