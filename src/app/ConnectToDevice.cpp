@@ -3,6 +3,7 @@
 
 #include "app/AppState.h"
 #include "app/Units.h"
+#include "app/Words.h"
 #include "app/modMain_KeldoX2.h"
 #include "core/Message.h"
 #include "core/ResumeNext.h"
@@ -40,7 +41,6 @@ static void showNotConnected(const std::shared_ptr<clsKeldoX> &device)
 {
     const auto mainWindow = app().mainWindow;
     const auto channelsWindow = app().channelsWindow();
-    const QString text = QStringLiteral("NOT CONNECTED");
     resumeNext(
         connectSource,
         [&] {
@@ -50,8 +50,8 @@ static void showNotConnected(const std::shared_ptr<clsKeldoX> &device)
         },
         // The frequency of the unit before must not stand under this channel's name.
         [&] { mainWindow->showNotConnected(); },
-        [&] { mainWindow->setStatusPanel(connectionPanel, text); },
-        [&] { channelsWindow->setStatusPanel(connectionPanel, text); });
+        [&] { mainWindow->setStatusPanel(connectionPanel, Words::notConnected); },
+        [&] { channelsWindow->showNotConnected(); });
 }
 
 static void pointWindowsAt(const std::shared_ptr<clsKeldoX> &device)

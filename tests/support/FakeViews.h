@@ -42,10 +42,15 @@ public:
     void bringUpToDate() override { note("main.bringUpToDate"); }
     void showCommunicationFailure() override { note("main.red"); }
     void showNotConnected() override { note("main.notConnected"); }
+    void showInputAttenuation(std::optional<double> decibels) override
+    {
+        inputAttenuation = decibels;
+    }
 
     CallRecord calls;
     QMap<int, QString> panels;
     QString caption;
+    std::optional<double> inputAttenuation;
     std::shared_ptr<clsKeldoX> mDevice;
     int pollingStops = 0;
 
@@ -74,6 +79,7 @@ public:
         panels[panel] = text;
         note(QStringLiteral("channels.panel%1 <%2>").arg(panel).arg(text));
     }
+    void showNotConnected() override { setStatusPanel(1, QStringLiteral("NOT CONNECTED")); }
     void setProgress(int value) override
     {
         progress = value;
