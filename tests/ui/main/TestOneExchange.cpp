@@ -2,6 +2,8 @@
 // nothing more goes on the line, nothing nests, and the controls show afterwards what is true.
 #include "MainBench.h"
 
+#include "support/Hand.h"
+
 class TestOneExchange : public QObject
 {
     Q_OBJECT
@@ -10,6 +12,7 @@ private slots:
     void nothingElseIsSentWhileAnExchangeWaits_data();
     void nothingElseIsSentWhileAnExchangeWaits();
     void nothingElseIsSentWhileTheUnitIsReadAgain();
+    void nothingElseIsSentBehindThePasswordBox();
     void readingAgainAsksWhatTheUnitHas();
     void readingAgainIsOfferedWithAUnitAlone();
     void readingAgainStopsWhenTheUnitGoes();
@@ -121,6 +124,29 @@ void TestOneExchange::nothingElseIsSentWhileTheUnitIsReadAgain()
                                         QStringLiteral("*ZNCM?"), QStringLiteral("*ZNSE?")}));
     QCOMPARE(bench.frequency()->text(), QStringLiteral("100"));
     QCOMPARE(bench.slider()->value(), 0);
+}
+
+void TestOneExchange::nothingElseIsSentBehindThePasswordBox()
+{
+    ConnectedBench bench;
+    bench.reply("*STEP 200", "PERMISSION DENIED");
+    bool acted = false;
+    const Hand hand([&](QWidget *box) {
+        emit bench.polling()->Timer();
+        bench.entry("mnuOptionsReadAgain")->trigger();
+        bench.entry("mnuConnectComport")->trigger();
+        emit bench.unit->GetPassword(); // one box is enough
+        bench.slider()->setValue(7);
+        acted = true;
+        QTest::keyClick(box, Qt::Key_Escape);
+    });
+    bench.enter(QStringLiteral("105"));
+    QVERIFY(acted);
+    QVERIFY(!QApplication::activeModalWidget());
+    QCOMPARE(bench.sent(), QStringList({QStringLiteral("*STEP 200"), QStringLiteral("PASSWORD ")}));
+    QCOMPARE(bench.frequency()->text(), QStringLiteral("100"));
+    QCOMPARE(bench.slider()->value(), 0);
+    QVERIFY(app().guard().isUp());
 }
 
 void TestOneExchange::readingAgainAsksWhatTheUnitHas()
