@@ -9,6 +9,8 @@
 #include <QLabel>
 #include <QLineEdit>
 
+#include <algorithm>
+
 namespace {
 
 const char tipBefore[] = "toolTipWithoutMark";
@@ -129,7 +131,10 @@ void EntryMark::update()
 void EntryMark::placeSign()
 {
     const bool shown = !m_sign->isHidden();
-    QFont font = m_box.window()->font();
+    // Beside the large digits of the main window a sign of their size would take their room.
+    const int words = QFontInfo(m_box.window()->font()).pixelSize();
+    QFont font = m_box.font();
+    font.setPixelSize(std::min(QFontInfo(font).pixelSize(), words * 3 / 2));
     font.setBold(true);
     m_sign->setFont(font);
     m_sign->adjustSize();
