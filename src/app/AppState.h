@@ -51,7 +51,8 @@ public:
     bool searchFinished = true;         // False while a search or the connect-to-port dialog runs
     std::int16_t foundUnits = 0;        // of the last search
     std::shared_ptr<PortSearch> search; // the running one; null while none runs
-    std::int16_t sliderScale = 1;       // steps per unit of the step slider: 1 or 4
+    std::shared_ptr<clsKeldoX> connecting; // the unit that is being read in; null while none is
+    std::int16_t sliderScale = 1;          // steps per unit of the step slider: 1 or 4
 
 private:
     EventGuard m_guard;

@@ -2,12 +2,14 @@
 #include "app/ConnectToDevice.h"
 
 #include "app/AppState.h"
+#include "app/Progress.h"
 #include "app/Units.h"
 #include "app/Words.h"
 #include "app/modMain_KeldoX2.h"
 #include "core/Message.h"
 #include "core/ResumeNext.h"
 #include "platform/EventQueue.h"
+#include "platform/PortDirectory.h"
 
 static const char connectSource[] = "frmMain.ConnectToDevice";
 
@@ -61,6 +63,17 @@ static void pointWindowsAt(const std::shared_ptr<clsKeldoX> &device)
         [&] { app().channelsWindow()->setDevice(device); }, [&] { app().currentDevice = device; });
 }
 
+// "Connecting channel 2 on COM5 (ttyUSB0)."
+static QString connectingText(clsKeldoX &unit, std::int16_t channel)
+{
+    const std::int16_t port = unit.commPort()->PortNumber();
+    const QString device = PortDirectory::instance().describe(port);
+    QString text = QStringLiteral("Connecting channel %1 on COM%2").arg(channel).arg(port);
+    if (!device.isEmpty())
+        text += QStringLiteral(" (%1)").arg(device);
+    return text + QLatin1Char('.');
+}
+
 std::int16_t ConnectToDevice(std::shared_ptr<clsKeldoX> &device, std::int16_t channel)
 {
     const QString source = QStringLiteral("Channel%1 ").arg(channel);
@@ -88,11 +101,18 @@ std::int16_t ConnectToDevice(std::shared_ptr<clsKeldoX> &device, std::int16_t ch
     if (unit)
         resumeNext(
             connectSource, [&] { releasePortOf(*unit); }, [&] { pointWindowsAt(unit); },
+            [&] {
+                state.connecting = unit;
+                showProgressLine(connectingText(*unit, channel));
+            },
             // A unit that was unplugged while it was read has told its name, but is not connected.
             [&] { connected = unit->Initialize() && unit->PortIsOpen(); });
+    state.connecting.reset();
     // The window may have been closed while the unit was read.
     if (EventQueue::ending())
         return 0;
+    if (!state.search)
+        resumeNext(connectSource, [] { showProgressLine({}); });
     if (connected) {
         showConnected(*unit);
         resumeNext(connectSource, [&] { logEvent(source, QStringLiteral("connected")); });

@@ -42,6 +42,12 @@ public:
     virtual void showNotConnected() = 0;
     // Of the unit that is shown, as it was read; nothing: not known.
     virtual void showInputAttenuation(std::optional<double> decibels) = 0;
+
+    // What a search or a connection is at; empty when none runs.
+    virtual void showProgressLine(const QString &text) = 0;
+
+    // Closes the window, and with it the program.
+    virtual void unload() = 0;
 };
 
 class ChannelsView
@@ -75,6 +81,9 @@ public:
     // Escape was pressed since clearEscape.
     virtual bool escapePressed() const = 0;
     virtual void clearEscape() = 0;
+
+    // What a search or a connection is at; empty when none runs.
+    virtual void showProgressLine(const QString &text) = 0;
 
     // Empties frequency, attenuation and AGC offset of the channel's row.
     virtual void clearChannelBoxes(int channel) = 0;

@@ -3,7 +3,9 @@
 #include "app/modSearchPorts.h"
 
 #include "app/AppState.h"
+#include "app/Progress.h"
 #include "app/Units.h"
+#include "app/Words.h"
 #include "core/Message.h"
 #include "core/ResumeNext.h"
 #include "core/TextNumbers.h"
@@ -15,23 +17,40 @@ namespace {
 const char searchSource[] = "SearchPorts";
 
 constexpr int progressMaximum = 516; // a little above 2 x 255 + 1
-constexpr int seekerPanel = 4;       // of the channels window
-constexpr int searchPanel = 1;       // of the main window
 
 void showSearching()
 {
     app().mainWindow->setStatusPanel(
-        searchPanel, QStringLiteral("SEARCHING PORTS, THIS MAY TAKE SOME TIME...."));
+        MainPanel::connection, QStringLiteral("SEARCHING PORTS, THIS MAY TAKE SOME TIME...."));
 }
 
-void showLookingAt(std::int16_t port)
+// "Looking at COM7 (ttyUSB0, USB serial), port 3 of 12. Units found: 1."
+QString lookingAtText(std::int16_t port, std::int16_t address, int i, int n)
+{
+    const QString device = PortDirectory::instance().describe(port);
+    QString text = QStringLiteral("Looking at COM%1").arg(port);
+    if (!device.isEmpty())
+        text += QStringLiteral(" (%1)").arg(device);
+    if (address > 0)
+        text += QStringLiteral(", address %1 of %2").arg(i).arg(n);
+    else if (n > 1)
+        text += QStringLiteral(", port %1 of %2").arg(i).arg(n);
+    return text + QStringLiteral(". Units found: %1.").arg(app().foundUnits);
+}
+
+void showLookingAt(std::int16_t port, std::int16_t address, int i, int n)
 {
     AppState &state = app();
     resumeNext(
         searchSource,
         [&] {
+            // Most numbers have no device and are passed in no time: they are not worth a line.
+            if (PortDirectory::instance().isPresent(port))
+                showProgressLine(lookingAtText(port, address, i, n));
+        },
+        [&] {
             showSearching();
-            state.channelsWindow()->setStatusPanel(seekerPanel, QString());
+            state.channelsWindow()->setStatusPanel(ChannelsPanel::seeker, QString());
         },
         [&] { state.channelsWindow()->setProgress(2 * port + 1); });
 }
@@ -39,7 +58,7 @@ void showLookingAt(std::int16_t port)
 void showLookedAt()
 {
     resumeNext(searchSource, [] {
-        app().channelsWindow()->setStatusPanel(seekerPanel, QStringLiteral("     "));
+        app().channelsWindow()->setStatusPanel(ChannelsPanel::seeker, QStringLiteral("     "));
     });
 }
 
@@ -47,7 +66,7 @@ void showLoopback(std::int16_t port)
 {
     resumeNext(searchSource, [port] {
         app().mainWindow->setStatusPanel(
-            searchPanel, QStringLiteral("FOUND A LOOPBACK ADAPTOR ON COM%1").arg(port));
+            MainPanel::connection, QStringLiteral("FOUND A LOOPBACK ADAPTOR ON COM%1").arg(port));
     });
 }
 
@@ -55,7 +74,7 @@ void showLoopback(std::int16_t port)
 void closeUnitPorts()
 {
     const auto &devices = app().devices;
-    for (int slot = 1; slot <= 8; ++slot)
+    for (int slot = 1; slot <= channelCount; ++slot)
         if (const auto unit = devices[slot])
             unit->commPort()->ClosePort();
 }
@@ -109,7 +128,7 @@ void reportNothingFound(const PortSearch &search)
         [&] {
             // A loopback adaptor's line stays; "searching" would no longer be true.
             if (!search.endedAtLoopback())
-                state.mainWindow->setStatusPanel(searchPanel, QStringLiteral("NOT CONNECTED"));
+                state.mainWindow->setStatusPanel(MainPanel::connection, Words::notConnected);
         },
         [&] {
             if (cancelled)
@@ -135,7 +154,9 @@ std::shared_ptr<PortSearch> makeSearch()
 {
     auto search = std::make_shared<PortSearch>();
     PortSearch *const said = search.get();
-    QObject::connect(said, &PortSearch::LookingAt, said, [](qint16 port) { showLookingAt(port); });
+    QObject::connect(
+        said, &PortSearch::LookingAt, said,
+        [](qint16 port, qint16 address, int i, int n) { showLookingAt(port, address, i, n); });
     QObject::connect(said, &PortSearch::LookedAt, said, [] { showLookedAt(); });
     QObject::connect(said, &PortSearch::LoopbackFound, said,
                      [](qint16 port) { showLoopback(port); });
@@ -146,7 +167,8 @@ std::shared_ptr<PortSearch> makeSearch()
     return search;
 }
 
-void SearchPorts(std::int16_t mode, const QString &port)
+// The search is made, looks where it is told to, and ends with what it found.
+static void runSearch(const std::function<void()> &look)
 {
     AppState &state = app();
     if (state.search)
@@ -157,12 +179,14 @@ void SearchPorts(std::int16_t mode, const QString &port)
     resumeNext(
         searchSource, [] { InitializeStuff(); },
         [&] {
+            showProgressLine(QStringLiteral("Looking for serial ports."));
             state.channelsWindow()->show();
             state.channelsWindow()->clearEscape();
         },
-        [&] { searchByMode(mode, port); }, [&] { search->releaseSeeker(); },
+        [&] { look(); }, [&] { search->releaseSeeker(); },
         [&] {
-            state.channelsWindow()->setStatusPanel(seekerPanel, resultText(state.foundUnits));
+            state.channelsWindow()->setStatusPanel(ChannelsPanel::seeker,
+                                                   resultText(state.foundUnits));
             state.channelsWindow()->setProgress(state.channelsWindow()->progressMaximum() - 1);
         });
     if (!EventQueue::ending()) {
@@ -176,13 +200,23 @@ void SearchPorts(std::int16_t mode, const QString &port)
     if (EventQueue::ending())
         return;
     resumeNext(
-        searchSource,
+        searchSource, [] { showProgressLine({}); },
         [&] {
             state.channelsWindow()->setProgress(0);
             state.channelsWindow()->setProgressVisible(false);
         },
         [&] { state.mainWindow->bringUpToDate(); });
     state.searchFinished = true;
+}
+
+void SearchPorts(std::int16_t mode, const QString &port)
+{
+    runSearch([&] { searchByMode(mode, port); });
+}
+
+void SearchOneAddress(std::int16_t port, std::int16_t address)
+{
+    runSearch([&] { SearchComPorts(port, address); });
 }
 
 void InitializeStuff()
@@ -193,7 +227,7 @@ void InitializeStuff()
         "SearchPorts.InitializeStuff", [&] { state.channelsWindow()->prepareForSearch(); },
         [] { showSearching(); },
         [&] {
-            for (int channel = 1; channel <= 8; ++channel)
+            for (int channel = 1; channel <= channelCount; ++channel)
                 state.channels[channel]->InitChannel();
         },
         [&] { state.mainWindow->resetForSearch(); }, [] { closeAllComPorts(); },
@@ -201,7 +235,7 @@ void InitializeStuff()
             // The windows let go of the units of the search before: nothing is connected now.
             state.devices.clear();
             state.currentDevice.reset();
-            for (int channel = 1; channel <= 8; ++channel) {
+            for (int channel = 1; channel <= channelCount; ++channel) {
                 state.channels[channel]->setDevice(nullptr);
                 state.channels[channel]->setExists(false);
             }

@@ -5,6 +5,7 @@
 #include "discovery/PortSearch.h"
 
 #include <QString>
+#include <QStringList>
 
 #include <cstdint>
 #include <memory>
@@ -16,6 +17,9 @@ class QComboBox;
 // and nothing is probed. Ends with channel 1 connected, or with a message that nothing was found.
 // Does nothing while a search runs: that one has the ports.
 void SearchPorts(std::int16_t mode, const QString &port = {});
+
+// The same on one port at one address; 0 is a unit without an address.
+void SearchOneAddress(std::int16_t port, std::int16_t address);
 
 // A search whose progress and finds the windows follow. The running one is app().search.
 std::shared_ptr<PortSearch> makeSearch();
@@ -38,7 +42,8 @@ void FoundAnKeldoX(std::int16_t port, std::int16_t n, std::int16_t address);
 void closeAllComPorts();
 
 // Lists the ports that can be opened, without the highest-numbered one, as " 1", " 3". With none
-// at all an error is reported and the list stays disabled.
-void PopulateComboBox(QComboBox &combo);
+// at all an error is reported and the list stays disabled. Gives a line of cause and remedy for
+// each device that is not to be had.
+QStringList PopulateComboBox(QComboBox &combo);
 // The same for callers whose errors are reported under another source.
-void PopulateComboBoxFor(const char *source, QComboBox &combo);
+QStringList PopulateComboBoxFor(const char *source, QComboBox &combo);

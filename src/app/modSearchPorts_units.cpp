@@ -10,7 +10,10 @@
 #include "platform/PortDirectory.h"
 #include "platform/RunTimeError.h"
 
+#include "widgets/PortBox.h"
+
 #include <QComboBox>
+#include <QPointer>
 
 static void announceUnit(std::int16_t port)
 {
@@ -74,21 +77,27 @@ void closeAllComPorts()
         });
 }
 
-void PopulateComboBox(QComboBox &combo)
+QStringList PopulateComboBox(QComboBox &combo)
 {
-    PopulateComboBoxFor("modSearchPorts.PopulateComboBox", combo);
+    return PopulateComboBoxFor("modSearchPorts.PopulateComboBox", combo);
 }
 
-void PopulateComboBoxFor(const char *source, QComboBox &combo)
+QStringList PopulateComboBoxFor(const char *source, QComboBox &combo)
 {
+    QStringList refused;
     reportAndEnd(source, [&] {
         combo.setEnabled(false);
         combo.clear();
-        listOpenablePorts([&](std::int16_t port) {
-            combo.addItem(numberToTextWithBlank(port));
-            combo.setItemData(combo.count() - 1, PortDirectory::instance().describe(port),
-                              Qt::ToolTipRole);
+        const QPointer<QComboBox> box(&combo); // its window may go while the ports are tried
+        listOpenablePorts([&](const ListedPort &port) {
+            if (!port.failure.isEmpty())
+                refused.append(QStringLiteral("COM%1: %2").arg(port.number).arg(port.failure));
+            if (box && port.opens)
+                addPort(*box, numberToTextWithBlank(port.number),
+                        PortDirectory::instance().describe(port.number));
         });
+        if (!box)
+            return;
         // The highest-numbered port that can be opened is left out of the list on purpose; it can
         // still be typed. With no entry at all the removal fails and the list stays disabled.
         if (combo.count() == 0)
@@ -98,4 +107,5 @@ void PopulateComboBoxFor(const char *source, QComboBox &combo)
             combo.setCurrentIndex(0);
         combo.setEnabled(true);
     });
+    return refused;
 }

@@ -5,6 +5,7 @@
 #include "core/EventLog.h"
 #include "core/Message.h"
 #include "core/ResumeNext.h"
+#include "core/TextNumbers.h"
 #include "platform/PortDirectory.h"
 
 static QString logName()
@@ -12,35 +13,21 @@ static QString logName()
     return QStringLiteral("Keldo-X ");
 }
 
-clsKeldoX::clsKeldoX() = default;
+clsKeldoX::clsKeldoX()
+    : Exchange(static_cast<UnitEvents &>(*this)),
+      Options(static_cast<Exchange &>(*this)),
+      FrequencyPlan(*this, *this),
+      StepTuning(*this, *this, *this),
+      Levels(*this, *this, *this)
+{
+}
 
 clsKeldoX::~clsKeldoX() = default;
-
-std::shared_ptr<clsCommPort> clsKeldoX::commPort()
-{
-    if (!m_port) {
-        m_port = std::make_shared<clsCommPort>();
-        connect(m_port.get(), &clsCommPort::HungUp, this, &clsKeldoX::onHungUp);
-    }
-    return m_port;
-}
-
-void clsKeldoX::onHungUp()
-{
-    m_lastStatus = BadReply;
-    emit StatusChange(BadReply);
-    emit LinkLost();
-}
-
-bool clsKeldoX::PortIsOpen()
-{
-    return m_connection == SerialPort && commPort()->IsOpen();
-}
 
 void clsKeldoX::InitThePort()
 {
     reportAndEnd("clsKeldoX.InitThePort", [this] {
-        if (m_connection != SerialPort)
+        if (Connection() != SerialPort)
             return;
         const auto port = commPort();
         port->setPollInterval(0);
@@ -66,10 +53,10 @@ void clsKeldoX::InitThePort()
 bool clsKeldoX::Initialize()
 {
     // Whoever waits for a reply in here may see the table's slot filled with another unit.
-    const auto keepAlive = weak_from_this().lock();
+    const auto unit = keepAlive();
     bool accepted = false;
-    m_initializing = true;
-    m_complained = false;
+    setup().initializing = true;
+    setup().complained = false;
     resumeNext(
         "clsKeldoX.Initialize", [] { logEvent(logName(), QStringLiteral(" initializing ")); },
         [this] { InitThePort(); },
@@ -82,15 +69,15 @@ bool clsKeldoX::Initialize()
         [&] { accepted = IsAnKeldoXID(ID().toUpper()); });
     if (accepted) {
         resumeNext(
-            "clsKeldoX.Initialize", [this] { m_deviceFound = true; }, [this] { Locked(); },
+            "clsKeldoX.Initialize", [this] { setup().deviceFound = true; }, [this] { Locked(); },
             [this] { readSetup(); }, [this] { readFineTuning(); },
             [this] {
-                m_initialized = true;
+                setup().initialized = true;
                 emit DUTChange();
             },
             [this] { currentFreq(); });
     }
-    m_initializing = false;
+    setup().initializing = false;
     return accepted;
 }
 
@@ -98,84 +85,37 @@ bool clsKeldoX::Initialize()
 // reply was bad the first time.
 void clsKeldoX::readSetup()
 {
-    if (m_initialized && m_setupIsGood)
+    if (setup().initialized && setup().isGood)
         return;
-    m_initialized = false;
-    m_setupIsGood = true;
-    m_readingSetup = true;
+    setup().initialized = false;
+    setup().isGood = true;
+    setup().reading = true;
     resumeNext(
-        "clsKeldoX.Initialize",
-        [this] {
-            m_firmware.clear();
-            FirmwareRevision();
-            if (m_firmware.isEmpty())
-                m_setupIsGood = false;
-        },
-        [this] { StartFreq(); }, [this] { MaxStep(); }, [this] { StopFreq(); },
-        [this] { IFfreq(); }, [this] { ChanBW(); }, [this] { askAOPT(); }, [this] { askCOPT(); },
-        [this] { HasBypass(); },
+        "clsKeldoX.Initialize", [this] { rereadFirmware(); }, [this] { StartFreq(); },
+        [this] { MaxStep(); }, [this] { StopFreq(); }, [this] { IFfreq(); }, [this] { ChanBW(); },
+        [this] { AOPT(); }, [this] { COPT(); }, [this] { HasBypass(); },
         [this] {
             if (!HasAGC())
                 setAGC(false);
         },
-        [this] { m_hasPelltrim = HasPelltrim(); }, [this] { InputLimitingMode(); });
-    m_readingSetup = false;
+        [this] { HasPelltrim(); }, [this] { InputLimitingMode(); });
+    setup().reading = false;
     // A port that was closed under the reading has left values unread without a bad reply.
     if (!PortIsOpen())
-        m_setupIsGood = false;
+        setup().isGood = false;
 }
 
 void clsKeldoX::readFineTuning()
 {
-    if (!m_hasPelltrim)
+    if (!knowsPelltrim())
         return;
     askCalibration();
     m_rememberedPelltrim = Pelltrim();
 }
 
-QString clsKeldoX::deviceWrite(const QString &command)
-{
-    const auto keepAlive = weak_from_this().lock();
-    QString reply;
-    bool answered = false;
-    bool isOpen = m_connection != SerialPort;
-    resumeNext(
-        "clsKeldoX.deviceWrite", [this] { emit AboutToExchange(); },
-        [&] {
-            if (m_connection != SerialPort)
-                return;
-            const auto port = commPort();
-            isOpen = port->IsOpen();
-            if (!isOpen)
-                return;
-            logEvent(QStringLiteral("clsKeldoX"),
-                     QStringLiteral(" sending ") + command +
-                         QStringLiteral(" to com port %1").arg(port->PortNumber()));
-            answered = port->WriteAndWaitForCr(command + QLatin1Char('\r'));
-            reply = port->Buffer();
-            port->ClearBuffer();
-        });
-    if (!isOpen)
-        return {};
-    while (reply.endsWith(QLatin1Char(' ')) || reply.endsWith(QLatin1Char('\n')) ||
-           reply.endsWith(QLatin1Char('\r')))
-        reply.chop(1);
-    m_lastReply = reply;
-    if (answered)
-        logEvent(QStringLiteral("clsKeldoX"), QStringLiteral(" received ") + reply);
-    else
-        logEvent(QStringLiteral("Keldo-X"), QStringLiteral(" timed out ") + reply);
-    return reply;
-}
-
 QString clsKeldoX::ParseData(const QString &text)
 {
-    QString kept;
-    for (const QChar character : text)
-        if ((character >= QLatin1Char('0') && character <= QLatin1Char('9')) ||
-            QStringLiteral("-+.").contains(character))
-            kept.append(character);
-    return kept;
+    return ReplyText::numberPart(text);
 }
 
 void clsKeldoX::LISTEN(std::int16_t address)
@@ -199,9 +139,40 @@ void clsKeldoX::UNLISTEN()
     });
 }
 
+// With the port open, an object that is not initialized forgets its address when asked: what the
+// unit answers to is not known then.
+std::int16_t clsKeldoX::addr()
+{
+    if (!PortIsOpen())
+        return 0;
+    if (!setup().initialized)
+        m_addr = 0;
+    return m_addr;
+}
+
+void clsKeldoX::setAddr(std::int16_t address)
+{
+    const auto unit = keepAlive();
+    // The search gives units their addresses while their ports are closed.
+    if (!PortIsOpen()) {
+        m_addr = address;
+        return;
+    }
+    reportAndEnd("clsKeldoX.Let addr", [&] {
+        const QString reply = deviceWrite(QStringLiteral("!ADDR") + numberToTextWithBlank(address));
+        if (isNumeric(reply) && leadingNumber(ParseData(reply)) == address) {
+            keep(Good);
+            m_addr = address;
+            return;
+        }
+        keep(BadReply);
+        complain("The device did not respond correctly to an address command.");
+    });
+}
+
 QString clsKeldoX::ID()
 {
-    const auto keepAlive = weak_from_this().lock();
+    const auto unit = keepAlive();
     QString identity;
     reportAndEnd("clsKeldoX.Get ID", [&] {
         if (!PortIsOpen())

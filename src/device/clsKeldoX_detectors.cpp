@@ -39,7 +39,7 @@ bool hasNumber(const QString &reply)
 // AGC table, whose byte is put back afterwards.
 std::int32_t clsKeldoX::DetectorReading()
 {
-    const auto keepAlive = weak_from_this().lock();
+    const auto unit = keepAlive();
     reportAndEnd("clsKeldoX.DetectorReading", [this] {
         if (firmwareNumber() >= firstFirmwareWithDetectorQuery)
             askDetector("DETA?", m_detectorReading);
@@ -67,7 +67,7 @@ void clsKeldoX::readDetectorThroughTable()
 {
     setAGCaddr(LastAddr);
     // A refused address: the byte would be that of another one, and put back in the wrong place.
-    if (m_lastStatus != Good)
+    if (lastStatus() != Good)
         return;
     const auto remembered = askAGCdata();
     // Without the byte there would be nothing to put back: then nothing is stored over it.
@@ -110,7 +110,7 @@ std::int16_t clsKeldoX::StartOfAGCTable()
 // The two blanks of the source have always been there and are kept.
 void clsKeldoX::setAGCaddr(std::int16_t address)
 {
-    const auto keepAlive = weak_from_this().lock();
+    const auto unit = keepAlive();
     reportAndEnd("clsKeldoX.Let  AGCaddr", [&] {
         if (!PortIsOpen())
             return;
@@ -123,7 +123,7 @@ void clsKeldoX::setAGCaddr(std::int16_t address)
 
 void clsKeldoX::setAGCdata(std::int16_t byte)
 {
-    const auto keepAlive = weak_from_this().lock();
+    const auto unit = keepAlive();
     reportAndEnd("clsKeldoX.Let AGCdata", [&] {
         if (!PortIsOpen())
             return;
@@ -181,5 +181,5 @@ std::int32_t clsKeldoX::storeADC(std::int16_t address, std::int32_t &reading)
 // Service commands are judged by their reply's words; a refusal asks for the password.
 std::int32_t clsKeldoX::judgeService(const QString &reply, bool isGood, const char *message)
 {
-    return m_lastStatus = isGood ? Good : judgeFailure(reply, message);
+    return keep(isGood ? Good : judgeFailure(reply, message));
 }

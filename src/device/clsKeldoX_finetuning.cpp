@@ -9,14 +9,13 @@ namespace {
 
 constexpr double lastFirmwareWithoutCalMode = 2.2;
 constexpr double lastFirmwareWithEmulatedCalMode = 2.27;
-constexpr std::int32_t pelltrimBit = 2;
 
 } // namespace
 
 // Tests the word as it stands: a property of fine tuning never asks for the options itself.
 bool clsKeldoX::canFineTune()
 {
-    return PortIsOpen() && (m_optionC & pelltrimBit) != 0;
+    return PortIsOpen() && knowsPelltrim();
 }
 
 std::int32_t clsKeldoX::judgeClicks(const QString &reply, const char *message, std::int16_t &member)
@@ -24,7 +23,7 @@ std::int32_t clsKeldoX::judgeClicks(const QString &reply, const char *message, s
     if (reply.endsWith(QLatin1String("clicks"))) {
         try {
             member = toInt16(leadingNumber(ParseData(reply)));
-            return m_lastStatus = Good;
+            return keep(Good);
         } catch (const RunTimeError &) { // NOLINT(bugprone-empty-catch)
             // More clicks than fit is as bad as none.
         }
@@ -41,7 +40,7 @@ void clsKeldoX::finishClicks(std::int32_t status)
 void clsKeldoX::askClicks(const char *source, const char *command, const char *message,
                           std::int16_t &member)
 {
-    const auto keepAlive = weak_from_this().lock();
+    const auto unit = keepAlive();
     reportAndEnd(source, [&] {
         if (canFineTune())
             finishClicks(judgeClicks(deviceWrite(QString::fromLatin1(command)), message, member));
@@ -51,8 +50,8 @@ void clsKeldoX::askClicks(const char *source, const char *command, const char *m
 std::int32_t clsKeldoX::writeClicks(const char *source, const char *command, std::int16_t clicks,
                                     const char *message, std::int16_t &member)
 {
-    const auto keepAlive = weak_from_this().lock();
-    std::int32_t status = m_lastStatus;
+    const auto unit = keepAlive();
+    std::int32_t status = lastStatus();
     reportAndEnd(source, [&] {
         if (!canFineTune())
             return;
@@ -68,7 +67,7 @@ std::int32_t clsKeldoX::writeClicks(const char *source, const char *command, std
 
 std::int16_t clsKeldoX::Pelltrim()
 {
-    const auto keepAlive = weak_from_this().lock();
+    const auto unit = keepAlive();
     askClicks("clsKeldoX.Get Pelltrim", "*ZNSE?",
               "The device did not respond correctly to an 'Pelltrim setting' query.", m_pelltrim);
     return m_pelltrim;
@@ -88,8 +87,8 @@ std::int32_t clsKeldoX::writePelltrim(std::int16_t clicks)
 
 std::int16_t clsKeldoX::PelltrimCal()
 {
-    const auto keepAlive = weak_from_this().lock();
-    if (!m_initialized)
+    const auto unit = keepAlive();
+    if (!setup().initialized)
         askCalibration();
     return m_pelltrimCal;
 }
@@ -110,7 +109,7 @@ void clsKeldoX::setPelltrimCal(std::int16_t clicks)
 
 bool clsKeldoX::ZN_calMode()
 {
-    const auto keepAlive = weak_from_this().lock();
+    const auto unit = keepAlive();
     reportAndEnd("clsKeldoX.Get ZN_calMode", [this] {
         if (!canFineTune() || firmwareNumber() <= lastFirmwareWithEmulatedCalMode)
             return;
@@ -120,7 +119,7 @@ bool clsKeldoX::ZN_calMode()
             m_calMode = reply.startsWith(QLatin1Char('1'));
         else
             status = BadReply;
-        m_lastStatus = status;
+        keep(status);
         if (status == BadReply)
             complain(nullptr);
         emit ZNcalModeChange(m_calMode);
@@ -133,12 +132,12 @@ bool clsKeldoX::ZN_calMode()
 // with two settings, the rest do it themselves.
 void clsKeldoX::setZN_calMode(bool on)
 {
-    const auto keepAlive = weak_from_this().lock();
+    const auto unit = keepAlive();
     reportAndEnd("clsKeldoX.Let ZN_calMode", [&] {
         if (!canFineTune())
             return;
         const double firmware = firmwareNumber();
-        std::int32_t status = m_lastStatus;
+        std::int32_t status = lastStatus();
         if (firmware > lastFirmwareWithEmulatedCalMode) {
             const QString reply =
                 deviceWrite(QStringLiteral("*ZNCM ") + (on ? QLatin1Char('1') : QLatin1Char('0')));

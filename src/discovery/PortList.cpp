@@ -5,16 +5,17 @@
 #include "platform/EventQueue.h"
 #include "platform/PortDirectory.h"
 
-void listOpenablePorts(const std::function<void(std::int16_t port)> &found)
+void listOpenablePorts(const std::function<void(const ListedPort &port)> &found)
 {
     clsSeeker seeker;
     seeker.Construct();
     PortDirectory::instance().refresh();
-    for (std::int16_t port = 1; port <= PortDirectory::lastNumber && !EventQueue::ending();
-         ++port) {
-        const bool opens = seeker.Init(port);
+    for (std::int16_t number = 1; number <= PortDirectory::lastNumber && !EventQueue::ending();
+         ++number) {
+        ListedPort port{number, seeker.Init(number), seeker.ComPort().OpenFailure()};
+        // Never held open while others may want it.
         seeker.ClosePort();
-        if (!opens)
+        if (!port.opens && port.failure.isEmpty())
             continue;
         found(port);
         EventQueue::yield();

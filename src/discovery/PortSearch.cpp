@@ -35,9 +35,13 @@ PortSearch::Outcome PortSearch::outcome() const
 
 void PortSearch::searchAllPorts()
 {
-    m_places = PortDirectory::lastNumber;
+    PortDirectory &directory = PortDirectory::instance();
+    m_place = 0;
+    m_places = 0;
+    for (int port = 1; port <= PortDirectory::lastNumber; ++port)
+        m_places += directory.isPresent(port) ? 1 : 0;
     for (std::int16_t port = 1; port <= PortDirectory::lastNumber && !mustStop(); ++port) {
-        m_place = port;
+        m_place += directory.isPresent(port) ? 1 : 0;
         probe(port, 0);
     }
 }

@@ -71,7 +71,8 @@ public:
     std::shared_ptr<clsSeeker> seeker() const { return m_seeker; }
 
 signals:
-    // The i-th of n places is looked at now, i from 1.
+    // A port, or an address on it, is looked at now: the i-th of n that exist. Numbers without a
+    // device come past too and do not count.
     void LookingAt(qint16 port, qint16 address, int i, int n);
     // The port is free again: the unit may be connected from here.
     void UnitFound(qint16 port, qint16 address);

@@ -172,6 +172,28 @@ std::optional<PortDirectory::Device> PortDirectory::find(int number)
     return std::nullopt;
 }
 
+bool PortDirectory::isPresent(int number)
+{
+    const auto device = find(number);
+#ifdef Q_OS_WIN
+    return device.has_value();
+#else
+    return device && QFileInfo::exists(device->location);
+#endif
+}
+
+bool PortDirectory::isUsable(int number)
+{
+    if (!isPresent(number))
+        return false;
+#ifdef Q_OS_WIN
+    return true;
+#else
+    const QFileInfo device(find(number)->location);
+    return device.isReadable() && device.isWritable();
+#endif
+}
+
 QString PortDirectory::describe(int number)
 {
     const auto device = find(number);

@@ -34,6 +34,11 @@ public:
     // Nothing for a number without a device. The device may have gone since: look before opening.
     std::optional<Device> find(int number);
 
+    // The number has a device as of the last listing, and the device is there now.
+    bool isPresent(int number);
+    // Present, and this user may read and write it.
+    bool isUsable(int number);
+
     // "ttyUSB0, USB serial converter", or empty for a number without a device.
     QString describe(int number);
 

@@ -46,8 +46,11 @@ public:
     {
         inputAttenuation = decibels;
     }
+    void showProgressLine(const QString &text) override { progressLines.append(text); }
+    void unload() override { note("main.unload"); }
 
     CallRecord calls;
+    QStringList progressLines;
     QMap<int, QString> panels;
     QString caption;
     std::optional<double> inputAttenuation;
@@ -96,6 +99,7 @@ public:
     void arrangeForUnitsFound() override { note("channels.arrange"); }
     void refreshChannelDisplays() override { note("channels.refresh"); }
     int ChanIndex() const override { return selected; }
+    void showProgressLine(const QString &text) override { progressLines.append(text); }
     bool escapePressed() const override { return escape; }
     void clearEscape() override { escape = false; }
     void clearChannelBoxes(int channel) override
@@ -104,6 +108,7 @@ public:
     }
 
     CallRecord calls;
+    QStringList progressLines;
     QMap<int, QString> panels;
     std::shared_ptr<clsKeldoX> mDevice;
     QList<int> progressValues;

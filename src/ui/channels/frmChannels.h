@@ -12,6 +12,7 @@
 #include <memory>
 
 class PanelStatusBar;
+class SearchStrip;
 class QGridLayout;
 class QProgressBar;
 class QTabWidget;
@@ -49,6 +50,7 @@ public:
     void arrangeForUnitsFound() override;
     void refreshChannelDisplays() override;
     int ChanIndex() const override;
+    void showProgressLine(const QString &text) override;
     bool escapePressed() const override { return m_escape; }
     void clearEscape() override { m_escape = false; }
     void clearChannelBoxes(int channel) override;
@@ -123,6 +125,7 @@ private:
     ColumnLabels m_labels;
     QTabWidget *tabsChannels = nullptr;
     QProgressBar *ProgressBar1 = nullptr;
+    SearchStrip *m_strip = nullptr;
     PanelStatusBar *StatusBar = nullptr;
     std::shared_ptr<clsKeldoX> mDevice;
     bool m_escape = false;

@@ -2,9 +2,9 @@
 #include "ui/channels/frmChannels.h"
 
 #include "app/Handlers.h"
+#include "app/Progress.h"
 #include "core/TextNumbers.h"
 #include "device/clsKeldoX.h"
-#include "discovery/PortSearch.h"
 #include "platform/RunTimeError.h"
 #include "ui/channels/clsChannel.h"
 
@@ -141,6 +141,5 @@ void frmChannels::Form_KeyPress(int character)
     if (character != escapeCharacter)
         return;
     m_escape = true;
-    if (const auto search = app().search)
-        search->cancel();
+    cancelRunning();
 }

@@ -1,9 +1,11 @@
 // How the channels window's controls reach their handlers, and what the window notices by itself.
 #include "ui/channels/frmChannels.h"
 
+#include "app/Progress.h"
 #include "app/Words.h"
 #include "ui/channels/clsChannel.h"
 #include "widgets/EntryEvents.h"
+#include "widgets/SearchStrip.h"
 
 #include <QEvent>
 #include <QKeyEvent>
@@ -13,6 +15,8 @@ frmChannels::frmChannels()
     setObjectName(QStringLiteral("frmChannels"));
     buildTabs();
     buildStatusBar();
+    m_strip = new SearchStrip(this);
+    connect(m_strip, &SearchStrip::Cancelled, this, &cancelRunning);
     for (int index = 1; index <= channelCount; ++index) {
         connectControls(index);
         connectBoxes(index);
@@ -81,4 +85,9 @@ void frmChannels::keyPressEvent(QKeyEvent *event)
     if (event->key() == Qt::Key_Escape)
         Form_KeyPress(escapeCharacter);
     QMainWindow::keyPressEvent(event);
+}
+
+void frmChannels::showProgressLine(const QString &text)
+{
+    m_strip->say(text);
 }

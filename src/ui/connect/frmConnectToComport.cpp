@@ -2,14 +2,19 @@
 #include "ui/connect/frmConnectToComport.h"
 
 #include "app/AppState.h"
+#include "app/Progress.h"
+#include "app/Words.h"
 #include "app/modSearchPorts.h"
 #include "core/ResumeNext.h"
 #include "platform/Application.h"
 #include "platform/EventQueue.h"
 #include "ui_frmConnectToComport.h"
+#include "widgets/PortBox.h"
 
 #include <QApplication>
+#include <QLabel>
 #include <QLineEdit>
+#include <QScopedValueRollback>
 #include <QTimer>
 
 frmConnectToComport::frmConnectToComport(QWidget *owner)
@@ -20,12 +25,52 @@ frmConnectToComport::frmConnectToComport(QWidget *owner)
     m_ui->comboComPort->setCompleter(nullptr);
     m_ui->comboComPort->setInsertPolicy(QComboBox::NoInsert);
     m_ui->comboComPort->setEnabled(false);
+    showPortDescriptions(*m_ui->comboComPort);
+    addLines();
+    connect(m_ui->comboComPort, &QComboBox::currentTextChanged, this,
+            &frmConnectToComport::showPortsDevice);
+    connect(&m_watcher, &PortWatcher::Changed, this, &frmConnectToComport::listAgain);
     connect(m_ui->OKButton, &QPushButton::clicked, this, &frmConnectToComport::OKButton_Click);
     connect(m_ui->CancelButton, &QPushButton::clicked, this,
             &frmConnectToComport::CancelButton_Click);
 }
 
 frmConnectToComport::~frmConnectToComport() = default;
+
+QLabel *frmConnectToComport::makeLine(QWidget *parent, const QString &name)
+{
+    auto *line = new QLabel(parent);
+    line->setObjectName(name);
+    line->setTextFormat(Qt::PlainText);
+    line->setWordWrap(true);
+    line->hide();
+    return line;
+}
+
+void frmConnectToComport::addLines()
+{
+    m_device = makeLine(this, QStringLiteral("lblDevice"));
+    m_refused = makeLine(this, QStringLiteral("lblRefused"));
+    m_letGo = makeLine(this, QStringLiteral("lblLetGo"));
+    m_letGo->setText(
+        tr("The connected units were let go, so that their ports can be listed. Cancel "
+           "leaves them so: a search connects them again."));
+    m_ui->columnLayout->insertWidget(1, m_device);
+    m_ui->columnLayout->insertWidget(3, m_refused);
+    m_ui->columnLayout->insertWidget(4, m_letGo);
+}
+
+static void tell(QLabel &line, const QString &text)
+{
+    line.setText(text);
+    line.setAccessibleName(text);
+    line.setVisible(!text.isEmpty());
+}
+
+void frmConnectToComport::showPortsDevice()
+{
+    tell(*m_device, portDescription(*m_ui->comboComPort));
+}
 
 QComboBox &frmConnectToComport::comboComPort()
 {
@@ -60,17 +105,43 @@ void frmConnectToComport::Form_Load()
             m_ui->chkTovinR->setChecked(false);
             m_ui->comboComPort->clear();
             m_ui->comboComPort->setEnabled(false);
+            // Before the list is there, OK would close the dialog without a search.
+            m_ui->OKButton->setEnabled(false);
+            tell(*m_refused, {});
+            m_letGo->setVisible(app().foundUnits > 0);
         },
         [] { InitializeStuff(); });
 }
 
 void frmConnectToComport::listPorts()
 {
-    PopulateComboBox(*m_ui->comboComPort);
+    if (m_listing || m_connecting)
+        return;
+    const QScopedValueRollback listing(m_listing, true);
+    m_ui->OKButton->setEnabled(false);
+    const QStringList refused = PopulateComboBox(*m_ui->comboComPort);
+    // Filled or failed: with a disabled list OK only closes the dialog, as it always did.
+    m_ui->OKButton->setEnabled(true);
+    tell(*m_refused, refused.join(QLatin1Char('\n')));
+    showPortsDevice();
+    if (!isVisible())
+        return;
+    m_watcher.start();
     if (!m_ui->comboComPort->isEnabled())
         return;
     m_ui->comboComPort->setFocus();
     m_ui->comboComPort->lineEdit()->selectAll(); // a typed number replaces it
+}
+
+// A port came or went. What was chosen or typed stays.
+void frmConnectToComport::listAgain()
+{
+    if (m_connecting || !isVisible())
+        return;
+    const QString typed = m_ui->comboComPort->currentText();
+    listPorts();
+    if (!typed.isEmpty() && m_ui->comboComPort->isEnabled())
+        m_ui->comboComPort->setEditText(typed);
 }
 
 // The port's text goes to the search as it stands, with the blank of the list's entries.
@@ -92,13 +163,14 @@ void frmConnectToComport::Connect()
 
 void frmConnectToComport::OKButton_Click()
 {
-    if (m_connecting)
+    if (m_connecting || m_listing)
         return;
     reportAndEnd("frmConnectToKnownComport.OKButton_Click", [this] {
         // A disabled list means that there is nothing to search on.
         if (!m_ui->comboComPort->isEnabled())
             return;
         m_connecting = true;
+        m_watcher.stop();
         setControlsEnabled(false);
         Connect();
     });
@@ -115,10 +187,10 @@ void frmConnectToComport::CancelButton_Click()
 void frmConnectToComport::reject()
 {
     if (m_connecting && !EventQueue::ending()) {
-        if (const auto search = app().search)
-            search->cancel();
+        cancelRunning();
         return;
     }
+    m_watcher.stop();
     QDialog::reject();
 }
 
@@ -141,7 +213,7 @@ void frmConnectToComport::finish()
         [&] {
             // Connecting, or finding nothing, has said how that went.
             if (!m_searched)
-                state.mainWindow->setStatusPanel(1, QStringLiteral("NOT CONNECTED"));
+                state.mainWindow->setStatusPanel(MainPanel::connection, Words::notConnected);
         },
         [&] { state.mainWindow->bringUpToDate(); });
 }

@@ -2,11 +2,14 @@
 // Opening it already closes all ports and clears the channels; Cancel does not undo that.
 #pragma once
 
+#include "platform/PortWatcher.h"
+
 #include <QDialog>
 
 #include <memory>
 
 class QComboBox;
+class QLabel;
 
 namespace Ui {
 class frmConnectToComport;
@@ -30,7 +33,11 @@ public:
 
 private:
     void Form_Load();
+    void addLines();
     void listPorts();
+    void listAgain();
+    void showPortsDevice();
+    static QLabel *makeLine(QWidget *parent, const QString &name);
     void Connect();
     void OKButton_Click();
     void CancelButton_Click();
@@ -38,6 +45,11 @@ private:
     void finish();
 
     std::unique_ptr<Ui::frmConnectToComport> m_ui;
+    QLabel *m_device = nullptr;  // which device the chosen number is
+    QLabel *m_refused = nullptr; // devices that are not to be had, and why
+    QLabel *m_letGo = nullptr;   // what opening the dialog has done
+    PortWatcher m_watcher;
+    bool m_listing = false;
     bool m_connecting = false;
     bool m_searched = false; // since the dialog was shown
 };

@@ -24,6 +24,8 @@ class frmContact;
 class frmOperation;
 class frmPasswordBox;
 class QAction;
+class Reconnect;
+class SearchStrip;
 class QRadioButton;
 
 namespace Ui {
@@ -55,6 +57,8 @@ public:
     void showCommunicationFailure() override;
     void showNotConnected() override;
     void showInputAttenuation(std::optional<double> decibels) override;
+    void showProgressLine(const QString &text) override;
+    void unload() override { close(); }
 
     // All controls but the frames and what is in them: those follow the unit's options.
     void EnableMostControls(bool enabled);
@@ -67,6 +71,7 @@ protected:
     bool event(QEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
     void showEvent(QShowEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
 
 private:
@@ -85,6 +90,7 @@ private:
     void bindMenus();
     void addReadAgain();
     void updateEntries();
+    void bindRunning();
     void mnuShowChannels_Click();
     void mnuOptionsIOdaemon_Click();
     void mnuConnectComport_Click();
@@ -120,6 +126,8 @@ private:
     QAction *mnuOptionsReadAgain = nullptr;
     ControlArray<QRadioButton> optInputLimit{QStringLiteral("optInputLimit")}; // modes
     OptionSet m_inputLimits;
+    SearchStrip *m_strip = nullptr;
+    Reconnect *m_reconnect = nullptr;
     TimerControl tmr1;
 
     std::int16_t m_inputLimitingMode = 0;

@@ -2,6 +2,7 @@
 #include "ui/main/frmMain_KeldoX2.h"
 
 #include "app/Handlers.h"
+#include "app/Reconnect.h"
 #include "app/Units.h"
 #include "app/Words.h"
 #include "app/modMain_KeldoX2.h"
@@ -115,7 +116,7 @@ void frmMain_KeldoX2::mDevice_LinkLost()
             if (const auto channels = app().channelsWindow())
                 channels->showNotConnected();
         },
-        [this] { showNotConnected(); });
+        [this] { showNotConnected(); }, [this] { m_reconnect->waitFor(m_shown.mDevice); });
 }
 
 void frmMain_KeldoX2::mDevice_ConfirmationChange(UnitValue value, bool confirmed)

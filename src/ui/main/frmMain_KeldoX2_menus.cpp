@@ -3,6 +3,8 @@
 
 #include "app/AppState.h"
 #include "app/Handlers.h"
+#include "app/Progress.h"
+#include "app/Reconnect.h"
 #include "app/Words.h"
 #include "app/modSearchPorts.h"
 #include "core/ResumeNext.h"
@@ -10,6 +12,9 @@
 #include "platform/EventQueue.h"
 #include "ui/main/clsPelltrim.h"
 #include "ui_frmMain_KeldoX2.h"
+#include "widgets/SearchStrip.h"
+
+#include <QKeyEvent>
 
 void frmMain_KeldoX2::bindMenus()
 {
@@ -28,9 +33,41 @@ void frmMain_KeldoX2::bindMenus()
     connect(m_ui->mnuHelpAbout, &QAction::triggered, this, &frmMain_KeldoX2::mnuHelpAbout_Click);
     connect(m_ui->mnuHelpContact, &QAction::triggered, this,
             &frmMain_KeldoX2::mnuHelpContact_Click);
+    bindRunning();
     addReadAgain();
     connect(&app().guard(), &EventGuard::changed, this, &frmMain_KeldoX2::updateEntries);
     updateEntries();
+}
+
+// What runs by itself: the strip of a search or a connection with its Cancel, and connecting again.
+void frmMain_KeldoX2::bindRunning()
+{
+    m_strip = new SearchStrip(this);
+    connect(m_strip, &SearchStrip::Cancelled, this, &cancelRunning);
+
+    m_reconnect = new Reconnect(this);
+    auto *entry = new QAction(tr("&Reconnect when the device returns"), this);
+    entry->setObjectName(QStringLiteral("mnuReconnect"));
+    entry->setCheckable(true);
+    entry->setChecked(m_reconnect->isOn());
+    entry->setToolTip(tr("When the connected unit's device is plugged in again under its number, "
+                         "connect its channel again"));
+    m_ui->mnuConnectMenu->addSeparator();
+    m_ui->mnuConnectMenu->addAction(entry);
+    connect(entry, &QAction::triggered, m_reconnect, &Reconnect::setOn);
+}
+
+// What has the focus takes Escape first: an entry box puts its value back.
+void frmMain_KeldoX2::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() == Qt::Key_Escape)
+        cancelRunning();
+    QMainWindow::keyPressEvent(event);
+}
+
+void frmMain_KeldoX2::showProgressLine(const QString &text)
+{
+    m_strip->say(text);
 }
 
 void frmMain_KeldoX2::updateEntries()

@@ -1,0 +1,29 @@
+// The line at the foot of a window that says what a search or a connection is at, with a button
+// that ends it. Hidden while nothing runs.
+#pragma once
+
+#include <QToolBar>
+
+class QLabel;
+class QMainWindow;
+class QPushButton;
+
+class SearchStrip : public QToolBar
+{
+    Q_OBJECT
+
+public:
+    // Stands at the window's foot, above the status bar.
+    explicit SearchStrip(QMainWindow *window);
+
+    // An empty text hides the strip.
+    void say(const QString &text);
+    QString text() const;
+
+signals:
+    void Cancelled();
+
+private:
+    QLabel *m_line;
+    QPushButton *m_cancel;
+};

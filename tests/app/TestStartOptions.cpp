@@ -1,0 +1,156 @@
+// The command line: what it asks for, what it is told, and what the program then does.
+#include "support/SearchBench.h"
+#include "support/TestMain.h"
+
+#include "app/StartOptions.h"
+#include "platform/Application.h"
+
+#include <QProcess>
+
+using Action = StartOptions::Action;
+
+class TestStartOptions : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void placesAreRead_data();
+    void placesAreRead();
+    void wrongUseIsToldWithExitCode2_data();
+    void wrongUseIsToldWithExitCode2();
+    void helpAndVersionArePrinted();
+    void withoutOptionsNothingIsAskedFor();
+    void theSearchBeginsWhenTheGuardComesUp();
+    void theConnectionProbesItsAddressAlone();
+    void theProgramItselfAnswersWithoutADisplay_data();
+    void theProgramItselfAnswersWithoutADisplay();
+};
+
+void TestStartOptions::placesAreRead_data()
+{
+    QTest::addColumn<QString>("place");
+    QTest::addColumn<int>("port");
+    QTest::addColumn<int>("address");
+    QTest::addRow("COM5") << QStringLiteral("COM5") << 5 << 0;
+    QTest::addRow("com255") << QStringLiteral("com255") << 255 << 0;
+    QTest::addRow("5") << QStringLiteral("5") << 5 << 0;
+    QTest::addRow("COM5:3") << QStringLiteral("COM5:3") << 5 << 3;
+    QTest::addRow("7:8") << QStringLiteral("7:8") << 7 << 8;
+}
+
+void TestStartOptions::placesAreRead()
+{
+    QFETCH(const QString, place);
+    const StartOptions options = startOptions({QStringLiteral("--connect"), place});
+    QCOMPARE(options.action, Action::Connect);
+    QTEST(int(options.port), "port");
+    QTEST(int(options.address), "address");
+}
+
+void TestStartOptions::wrongUseIsToldWithExitCode2_data()
+{
+    QTest::addColumn<QStringList>("words");
+    const auto row = [](const char *words) {
+        QTest::addRow("%s", words) << QString::fromLatin1(words).split(QLatin1Char(' '));
+    };
+    row("--bogus");
+    row("--connect");
+    row("--connect COM0");
+    row("--connect COM256");
+    row("--connect COM5:0");
+    row("--connect COM5:9");
+    row("--connect COM5:");
+    row("--connect LPT1");
+    row("--search --connect COM5");
+    row("--search now");
+}
+
+void TestStartOptions::wrongUseIsToldWithExitCode2()
+{
+    QFETCH(const QStringList, words);
+    const StartOptions options = startOptions(words);
+    QCOMPARE(options.action, Action::Print);
+    QCOMPARE(options.exitCode, 2);
+    QVERIFY2(options.text.startsWith(QStringLiteral("keldo-x: ")), qPrintable(options.text));
+    QVERIFY(options.text.endsWith(QStringLiteral("(see keldo-x --help)\n")));
+}
+
+void TestStartOptions::helpAndVersionArePrinted()
+{
+    for (const char *word : {"--help", "-h"}) {
+        const StartOptions help = startOptions({QString::fromLatin1(word)});
+        QCOMPARE(help.action, Action::Print);
+        QCOMPARE(help.exitCode, 0);
+        for (const char *option : {"--search", "--connect COM[:ADDRESS]", "--help", "--version"})
+            QVERIFY2(help.text.contains(QString::fromLatin1(option)), option);
+    }
+    const StartOptions version = startOptions({QStringLiteral("--version")});
+    QCOMPARE(version.text, QStringLiteral("keldo-x ") + applicationVersion() + QLatin1Char('\n'));
+    QCOMPARE(version.exitCode, 0);
+}
+
+void TestStartOptions::withoutOptionsNothingIsAskedFor()
+{
+    QCOMPARE(startOptions({}).action, Action::None);
+    QCOMPARE(startOptions({QStringLiteral("--search")}).action, Action::Search);
+}
+
+void TestStartOptions::theSearchBeginsWhenTheGuardComesUp()
+{
+    SearchBench bench;
+    bench.unit(3);
+    runWhenReady(startOptions({QStringLiteral("--search")}));
+    QTest::qWait(30);
+    QCOMPARE(bench.sentTo(3), QStringList());
+    app().guard().set(true);
+    QTRY_COMPARE(int(app().foundUnits), 1);
+    QTRY_VERIFY(app().guard().isUp());
+    QVERIFY(bench.calls->contains(QStringLiteral("main.restartPolling")));
+    // Once: the guard goes up and down with every handler.
+    app().foundUnits = 0;
+    app().guard().set(false);
+    app().guard().set(true);
+    QTest::qWait(30);
+    QCOMPARE(int(app().foundUnits), 0);
+}
+
+void TestStartOptions::theConnectionProbesItsAddressAlone()
+{
+    SearchBench bench;
+    bench.unit(4, addressedUnit(2));
+    bench.unit(4, addressedUnit(5));
+    app().guard().set(true);
+    runWhenReady(startOptions({QStringLiteral("--connect"), QStringLiteral("COM4:5")}));
+    QTRY_COMPARE(int(app().foundUnits), 1);
+    QVERIFY(bench.sentTo(4).contains(QStringLiteral(">LISTEN05")));
+    QVERIFY(!bench.sentTo(4).contains(QStringLiteral(">LISTEN02")));
+}
+
+void TestStartOptions::theProgramItselfAnswersWithoutADisplay_data()
+{
+    QTest::addColumn<QString>("word");
+    QTest::addColumn<int>("exitCode");
+    QTest::addRow("--help") << QStringLiteral("--help") << 0;
+    QTest::addRow("--version") << QStringLiteral("--version") << 0;
+    QTest::addRow("--bogus") << QStringLiteral("--bogus") << 2;
+}
+
+void TestStartOptions::theProgramItselfAnswersWithoutADisplay()
+{
+    QFETCH(const QString, word);
+    QFETCH(const int, exitCode);
+    QProcess program;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    for (const char *display : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
+        environment.remove(QString::fromLatin1(display));
+    program.setProcessEnvironment(environment);
+    program.start(qEnvironmentVariable("KELDOX_BIN_DIR") + QStringLiteral("/keldo-x"), {word});
+    QVERIFY(program.waitForFinished(20000));
+    QCOMPARE(program.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(program.exitCode(), exitCode);
+    QVERIFY(exitCode == 0 ? !program.readAllStandardOutput().isEmpty()
+                          : !program.readAllStandardError().isEmpty());
+}
+
+KELDOX_TEST(TestStartOptions)
+#include "TestStartOptions.moc"
