@@ -4,6 +4,7 @@
 #include "app/AppState.h"
 #include "app/Progress.h"
 #include "app/Units.h"
+#include "app/Words.h"
 #include "app/modMain_KeldoX2.h"
 #include "core/Message.h"
 #include "core/ResumeNext.h"
@@ -42,7 +43,6 @@ static void showNotConnected(const std::shared_ptr<clsKeldoX> &device)
 {
     const auto mainWindow = app().mainWindow;
     const auto channelsWindow = app().channelsWindow();
-    const QString text = QStringLiteral("NOT CONNECTED");
     resumeNext(
         connectSource,
         [&] {
@@ -52,8 +52,8 @@ static void showNotConnected(const std::shared_ptr<clsKeldoX> &device)
         },
         // The frequency of the unit before must not stand under this channel's name.
         [&] { mainWindow->showNotConnected(); },
-        [&] { mainWindow->setStatusPanel(connectionPanel, text); },
-        [&] { channelsWindow->setStatusPanel(connectionPanel, text); });
+        [&] { mainWindow->setStatusPanel(connectionPanel, Words::notConnected); },
+        [&] { channelsWindow->showNotConnected(); });
 }
 
 static void pointWindowsAt(const std::shared_ptr<clsKeldoX> &device)

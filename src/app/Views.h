@@ -8,6 +8,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 
 class clsKeldoX;
 
@@ -39,6 +40,8 @@ public:
     virtual void showCommunicationFailure() = 0;
     // No unit is connected (any more): frequency displays empty, unit controls disabled.
     virtual void showNotConnected() = 0;
+    // Of the unit that is shown, as it was read; nothing: not known.
+    virtual void showInputAttenuation(std::optional<double> decibels) = 0;
 
     // What a search or a connection is at; empty when none runs.
     virtual void showProgressLine(const QString &text) = 0;
@@ -58,6 +61,8 @@ public:
     virtual void setDevice(std::shared_ptr<clsKeldoX> device) = 0;
 
     virtual void setStatusPanel(int panel, const QString &text) = 0;
+    // The panels say so, and nothing of a unit stands in them.
+    virtual void showNotConnected() = 0;
     virtual void setProgress(int value) = 0;
     virtual void setProgressMaximum(int maximum) = 0;
     virtual int progressMaximum() const = 0;
@@ -106,6 +111,7 @@ public:
 
     virtual void optPortNumClick() = 0;
     virtual void ShowControls() = 0;
+    virtual void readAgain() = 0; // asks the unit for the values that the row shows
     virtual void DisableControls() = 0;
     virtual void HideControls() = 0;
 };

@@ -89,14 +89,32 @@ double numericValue(const QString &text)
     return parseStart(text.trimmed()).value;
 }
 
-std::optional<double> numberWithUnit(const QString &text)
+std::optional<double> frequencyInMHz(const QString &text)
 {
-    static const QRegularExpression unitWord(QStringLiteral(R"(\s+[A-Za-z]+\s*$)"));
+    static const QRegularExpression unitWord(QStringLiteral(R"(\s*([kMG]?)Hz\s*$)"),
+                                             QRegularExpression::CaseInsensitiveOption);
     QString number = text;
-    number.remove(unitWord);
+    QString prefix = QStringLiteral("m");
+    if (const auto word = unitWord.match(text); word.hasMatch()) {
+        number.truncate(word.capturedStart());
+        prefix = word.captured(1).toLower();
+    }
     if (!isNumeric(number))
         return std::nullopt;
-    return numericValue(number);
+    const double value = numericValue(number);
+    // Divided by whole numbers, so that 146500 kHz is exactly what 146.5 reads as.
+    if (prefix == QLatin1String("m"))
+        return value;
+    if (prefix == QLatin1String("g"))
+        return value * 1e3;
+    return value / (prefix == QLatin1String("k") ? 1e3 : 1e6);
+}
+
+double leadingFrequencyInMHz(const QString &text)
+{
+    if (const auto megahertz = frequencyInMHz(text))
+        return *megahertz;
+    return text.contains(QLatin1Char(',')) ? 0 : leadingNumber(text);
 }
 
 double roundHalfEven(double value)

@@ -24,8 +24,14 @@ bool isNumeric(const QString &text);
 // The value of a text that is one number. Raises 13 (type mismatch) when it is not.
 double numericValue(const QString &text);
 
-// A number, also with one unit word behind it as the windows show it ("145.5 MHz").
-std::optional<double> numberWithUnit(const QString &text);
+// A frequency in MHz as it may be typed: a number, with or without one of the unit words Hz, kHz,
+// MHz and GHz behind it, in any case, which convert ("146500 kHz" is 146.5). Nothing for any other
+// text.
+std::optional<double> frequencyInMHz(const QString &text);
+
+// The same, or else the number that the text begins with; 0 for a decimal comma and where there is
+// none.
+double leadingFrequencyInMHz(const QString &text);
 
 // To the nearest whole number, halves to even.
 double roundHalfEven(double value);

@@ -51,6 +51,7 @@ public:
     void setStatus(int) override {}
     void optPortNumClick() override {}
     void ShowControls() override {}
+    void readAgain() override {}
     void HideControls() override {}
 
     CallRecord calls;

@@ -22,8 +22,8 @@ private slots:
     void theLeadingNumberIsRead();
     void aTextIsANumberOrNot_data();
     void aTextIsANumberOrNot();
-    void oneUnitWordMayFollow_data();
-    void oneUnitWordMayFollow();
+    void aFrequencyMayEndInAUnitWord_data();
+    void aFrequencyMayEndInAUnitWord();
     void halvesRoundToEven_data();
     void halvesRoundToEven();
     void wholeNumbersOverflowOutsideTheirBits_data();
@@ -192,7 +192,7 @@ void TestTextNumbers::aTextIsANumberOrNot()
     QCOMPARE(raised, 13);
 }
 
-void TestTextNumbers::oneUnitWordMayFollow_data()
+void TestTextNumbers::aFrequencyMayEndInAUnitWord_data()
 {
     QTest::addColumn<QString>("text");
     QTest::addColumn<bool>("is");
@@ -200,6 +200,18 @@ void TestTextNumbers::oneUnitWordMayFollow_data()
     QTest::addRow("number") << QStringLiteral("145.5") << true << 145.5;
     QTest::addRow("as shown") << QStringLiteral("145.5 MHz") << true << 145.5;
     QTest::addRow("blanks") << QStringLiteral("  145.5   MHz ") << true << 145.5;
+    QTest::addRow("no blank") << QStringLiteral("145.5MHz") << true << 145.5;
+    QTest::addRow("any case") << QStringLiteral("145.5 mhz") << true << 145.5;
+    QTest::addRow("kHz") << QStringLiteral("146500 kHz") << true << 146.5;
+    QTest::addRow("few kHz") << QStringLiteral("146.5 KHZ") << true << 0.1465;
+    QTest::addRow("Hz") << QStringLiteral("146500000Hz") << true << 146.5;
+    QTest::addRow("GHz") << QStringLiteral("0.1465 gHz") << true << 146.5;
+    QTest::addRow("exponent") << QStringLiteral("1.465E5 kHz") << true << 146.5;
+    QTest::addRow("another word") << QStringLiteral("146.5 apples") << false << 0.0;
+    QTest::addRow("dB") << QStringLiteral("146.5 dB") << false << 0.0;
+    QTest::addRow("prefix alone") << QStringLiteral("146500 k") << false << 0.0;
+    QTest::addRow("decimal comma") << QStringLiteral("146,5") << false << 0.0;
+    QTest::addRow("decimal comma, unit") << QStringLiteral("146,5 MHz") << false << 0.0;
     QTest::addRow("two words") << QStringLiteral("145.5 MHz MHz") << false << 0.0;
     QTest::addRow("word first") << QStringLiteral("MHz 145.5") << false << 0.0;
     QTest::addRow("word alone") << QStringLiteral("MHz") << false << 0.0;
@@ -208,12 +220,12 @@ void TestTextNumbers::oneUnitWordMayFollow_data()
     QTest::addRow("empty") << QString() << false << 0.0;
 }
 
-void TestTextNumbers::oneUnitWordMayFollow()
+void TestTextNumbers::aFrequencyMayEndInAUnitWord()
 {
     QFETCH(const QString, text);
     QFETCH(const bool, is);
     QFETCH(const double, number);
-    const auto value = numberWithUnit(text);
+    const auto value = frequencyInMHz(text);
     QCOMPARE(value.has_value(), is);
     if (is)
         QCOMPARE(*value, number);

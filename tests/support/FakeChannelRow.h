@@ -53,6 +53,7 @@ public:
             onClick(*this);
     }
     void ShowControls() override { note("ShowControls"); }
+    void readAgain() override { note("readAgain"); }
     void DisableControls() override
     {
         note("DisableControls");

@@ -42,6 +42,10 @@ public:
     void bringUpToDate() override { note("main.bringUpToDate"); }
     void showCommunicationFailure() override { note("main.red"); }
     void showNotConnected() override { note("main.notConnected"); }
+    void showInputAttenuation(std::optional<double> decibels) override
+    {
+        inputAttenuation = decibels;
+    }
     void showProgressLine(const QString &text) override { progressLines.append(text); }
     void unload() override { note("main.unload"); }
 
@@ -49,6 +53,7 @@ public:
     QStringList progressLines;
     QMap<int, QString> panels;
     QString caption;
+    std::optional<double> inputAttenuation;
     std::shared_ptr<clsKeldoX> mDevice;
     int pollingStops = 0;
 
@@ -77,6 +82,7 @@ public:
         panels[panel] = text;
         note(QStringLiteral("channels.panel%1 <%2>").arg(panel).arg(text));
     }
+    void showNotConnected() override { setStatusPanel(1, QStringLiteral("NOT CONNECTED")); }
     void setProgress(int value) override
     {
         progress = value;

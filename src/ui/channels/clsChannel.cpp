@@ -3,10 +3,12 @@
 // clsChannel_events.cpp.
 #include "ui/channels/clsChannel.h"
 
+#include "app/AppState.h"
 #include "core/ResumeNext.h"
 #include "core/TextNumbers.h"
 #include "device/clsKeldoX.h"
 #include "platform/RunTimeError.h"
+#include "widgets/EntryMark.h"
 
 #include <initializer_list>
 
@@ -43,6 +45,7 @@ void clsChannel::setIndex(std::int16_t index)
         const auto host = m_hostSource();
         m_controls = host->controls();
         m_row = rowOf(*m_controls, index);
+        EntryMark::of(*m_row->txtChanFreq).setReading(frequencyInMHz);
         host->bindRow(index, weak_from_this());
     });
 }
@@ -71,8 +74,31 @@ void clsChannel::setDevice(std::shared_ptr<clsKeldoX> device)
     m_bound.renew();
     m_optionsRead = false;
     m_options = {};
-    m_connectFailed = false;
+    m_unitIsGone = false;
+    clearRow();
     followEvents();
+}
+
+// No value of one unit stands in the row of another.
+void clsChannel::clearRow()
+{
+    if (!m_row)
+        return;
+    for (QLineEdit *box : {m_row->txtChanFreq, m_row->txtChanAtten, m_row->txtChanInputAtten,
+                           m_row->txtChanAGCoffset})
+        EntryMark::of(*box).clear();
+    for (QCheckBox *check : {m_row->chkChanAGC, m_row->chkChanBYP}) {
+        check->setChecked(false);
+        markConfirmed(*check, true);
+    }
+    m_agcActive = false;
+}
+
+void clsChannel::loseUnit()
+{
+    m_unitIsGone = true;
+    DisableControls();
+    clearRow();
 }
 
 int clsChannel::ComPortNumber() const
@@ -102,29 +128,41 @@ void clsChannel::setStatus(int status)
         m_controls->portOptions->select(0);
 }
 
+// A unit without a step says that it does not know the word; anything else was garbled.
+void clsChannel::readSteps(clsKeldoX &device, UnitOptions &options) const
+{
+    options.maximumAttenuation = device.MaxAtten();
+    options.attenuationStep = device.attenStep();
+    options.stepsAreGood = (options.maximumAttenuation > 0 || !options.hasAtten) &&
+                           (options.attenuationStep > 0 ||
+                            device.lastReply().startsWith(QLatin1String("UNRECOGNIZED COMMAND")));
+}
+
+// What the unit tells at every reading is asked once, unless it was garbled. A port that was closed
+// meanwhile has told nothing.
 void clsChannel::getOptions()
 {
     const auto device = unit();
     const Still bound = m_bound.still();
-    UnitOptions options;
+    UnitOptions options = m_options;
     options.hasAtten = device->HasAtten();
     options.hasInputAtten = device->HasInputAtten();
-    options.maximumAttenuation = device->MaxAtten();
-    options.attenuationStep = device->attenStep();
+    if (!options.stepsAreGood)
+        readSteps(*device, options);
     options.hasAGC = device->HasAGC();
     options.hasAGCOffset = device->HasAGCOffset();
     options.hasBypass = device->HasBypass();
-    if (!bound)
+    if (!bound || !device->PortIsOpen())
         return;
     m_options = options;
     m_optionsRead = true;
 }
 
-// A unit that could not be connected is not asked: each of its silent replies takes seconds. The
-// next try to connect reads the options anew.
+// A unit that is gone is not asked: each of its silent replies takes seconds. The next try to
+// connect reads the options anew.
 void clsChannel::readOptionsOnce()
 {
-    if (!m_optionsRead && !m_connectFailed)
+    if (!m_optionsRead && !m_unitIsGone)
         getOptions();
 }
 
@@ -161,6 +199,8 @@ void clsChannel::EnableOrDisableControlsAsAppropriate()
     const auto device = unit();
     const Still bound = m_bound.still();
     const Still enabled = m_enabled.still();
+    if (m_unitIsGone)
+        return;
     readOptionsOnce();
     const bool agcOn = m_options.hasAGC && device->AGC();
     const bool offsetEnabled = agcOn && device->HasAGCOffset();
@@ -172,12 +212,48 @@ void clsChannel::EnableOrDisableControlsAsAppropriate()
     enableLevels(agcOn, offsetEnabled);
 
     m_options.hasInputAtten = device->HasInputAtten();
-    const double inputAttenuation = inputAttenuationOf(*device);
+    readInputAttenuation(*device);
     if (!bound || !enabled)
         return;
-    to.txtChanInputAtten->setText(numberToText(inputAttenuation));
     setEnabled({to.txtChanInputAtten, to.udInputAtten}, m_options.hasInputAtten);
     to.chkChanBYP->setEnabled(m_options.hasBypass);
+}
+
+// Its reading raises no event: the row shows it, and tells the main window.
+void clsChannel::readInputAttenuation(clsKeldoX &device)
+{
+    const Still bound = m_bound.still();
+    const double decibels = inputAttenuationOf(device);
+    if (!bound || m_unitIsGone)
+        return;
+    if (!m_options.hasInputAtten) {
+        EntryMark::of(*row().txtChanInputAtten).showUnitText(numberToText(decibels));
+        return;
+    }
+    tell(*row().txtChanInputAtten, decibels);
+    const auto mainWindow = app().mainWindow;
+    if (device.lastStatus() == clsKeldoX::Good && mainWindow && mainWindow->device() == m_device)
+        mainWindow->showInputAttenuation(decibels);
+}
+
+// The reading of the AGC shows attenuation or offset, whichever it leaves to the operator.
+void clsChannel::readAgain()
+{
+    const auto keepAlive = weak_from_this().lock();
+    const auto device = m_device;
+    if (!device || m_unitIsGone)
+        return;
+    const Still enabled = m_enabled.still();
+    const auto ifThere = [&](bool fitted, const auto &ask) {
+        return [&enabled, &device, fitted, ask] {
+            if (fitted && enabled && device->PortIsOpen())
+                ask();
+        };
+    };
+    resumeNext("clsChannel.readAgain", ifThere(m_options.hasAGC, [&] { device->AGC(); }),
+               ifThere(m_options.hasAtten && !m_options.hasAGC, [&] { device->atten(); }),
+               ifThere(m_options.hasInputAtten, [&] { readInputAttenuation(*device); }),
+               ifThere(m_options.hasBypass, [&] { device->Bypass(); }));
 }
 
 void clsChannel::DisableControls()

@@ -7,6 +7,7 @@
 
 #include "app/Views.h"
 #include "core/Presence.h"
+#include "device/UnitValue.h"
 #include "ui/channels/ChannelControls.h"
 #include "ui/channels/ChannelsHost.h"
 
@@ -49,6 +50,7 @@ public:
 
     void getOptions(); // asks the unit for what is not known yet
     void ShowControls() override;
+    void readAgain() override;
     void EnableOrDisableControlsAsAppropriate();
     void DisableControls() override; // the port option stays: it connects again
     void HideControls() override;
@@ -89,6 +91,7 @@ public:
     void m_Device_BypassChange(bool on);
     void m_Device_AGCOffsetChange(double decibels);
     void m_Device_DUTChange();
+    void m_Device_ConfirmationChange(UnitValue value, bool confirmed);
 
 private:
     struct UnitOptions
@@ -98,6 +101,7 @@ private:
         bool hasAGC = false;
         bool hasAGCOffset = false;
         bool hasBypass = false;
+        bool stepsAreGood = false;     // maximum and step were told
         double maximumAttenuation = 0; // dB
         double attenuationStep = 0;    // dB
     };
@@ -109,13 +113,17 @@ private:
     double inputAttenuationOf(clsKeldoX &device) const;
     void followEvents();
     void readOptionsOnce();
+    void readSteps(clsKeldoX &device, UnitOptions &options) const;
+    void readInputAttenuation(clsKeldoX &device);
+    void tell(QLineEdit &box, double value);
+    void clearRow();
+    void loseUnit();
     void enableLevels(bool agcOn, bool offsetEnabled) const;
     void showOffset(clsKeldoX &device);
     void showWhatNoEventTells(clsKeldoX &device);
     void sendTyped(int keyCode, const QLineEdit &box, Setting setting);
     void stepBy(UpDown &arrows, QLineEdit &box, double change, double lowest, double highest,
                 Setting setting);
-    void onLinkLost();
 
     HostSource m_hostSource;
     // Keeps the window's controls as long as this channel refers to them.
@@ -136,6 +144,8 @@ private:
     bool m_optionsRead = false;
     double m_maximumInputAttenuation = maximumInputAttenuation;
 
-    bool m_unitAnswered = false;  // since the last try to connect
-    bool m_connectFailed = false; // the last try; the unit is not asked before the next one
+    bool m_unitAnswered = false; // since the last try to connect
+    // It could not be connected or its link was lost: it is not asked and not shown before the next
+    // try.
+    bool m_unitIsGone = false;
 };

@@ -5,6 +5,7 @@
 #include "app/ConnectToDevice.h"
 #include "core/TextNumbers.h"
 #include "device/clsKeldoX.h"
+#include "widgets/EntryMark.h"
 #include "widgets/WhileDisabled.h"
 
 #include <limits>
@@ -36,6 +37,9 @@ void clsChannel::stepBy(UpDown &arrows, QLineEdit &box, double change, double lo
                         double highest, Setting setting)
 {
     const auto device = unit();
+    // What the unit has is not known: there is nothing to count from.
+    if (box.text().isEmpty() && !EntryMark::of(box).hasUnitText())
+        return;
     WhileDisabled hold(&arrows);
     // The number as it will be written: fractions must reach the bounds exactly.
     const double value = leadingNumber(numberToText(leadingNumber(box.text()) + change));
@@ -107,8 +111,9 @@ void clsChannel::chkChanAGCClick()
         return;
     }
     const Still bound = m_bound.still();
+    const Still enabled = m_enabled.still();
     device->setAGC(on);
-    if (bound)
+    if (bound && enabled)
         EnableOrDisableControlsAsAppropriate();
 }
 
@@ -120,21 +125,19 @@ void clsChannel::optPortNumClick()
     if (const auto inTable = app().devices[m_index])
         setDevice(inTable);
     const auto before = m_device;
-    if (!before || !before->isInitialized())
+    if (m_unitIsGone || !before || !before->isInitialized())
         InitChannel();
-    m_connectFailed = false;
+    m_optionsRead = false;
+    m_unitIsGone = false;
     m_unitAnswered = false;
+    DisableControls();
+    clearRow();
     const Still bound = m_bound.still();
     auto device = before;
     ConnectToDevice(device, m_index);
     if (bound)
         setDevice(device);
-    if (m_unitAnswered)
-        return;
-    // Nothing answered: no value of an earlier connection stands in the row, and the port option
-    // remains to try again.
-    m_connectFailed = true;
-    DisableControls();
-    if (m_row)
-        m_row->txtChanFreq->clear();
+    // Nothing answered, or it is gone already: the port option remains to try again.
+    if (!m_unitAnswered || m_unitIsGone || !device->PortIsOpen())
+        loseUnit();
 }

@@ -4,6 +4,7 @@
 #include "core/ResumeNext.h"
 #include "core/TextNumbers.h"
 #include "device/clsKeldoX.h"
+#include "widgets/EntryMark.h"
 
 #include <QScopeGuard>
 
@@ -40,12 +41,26 @@ void clsChannel::followEvents()
     connect(device, &clsKeldoX::BypassChange, this, &clsChannel::m_Device_BypassChange);
     connect(device, &clsKeldoX::AGCOffsetChange, this, &clsChannel::m_Device_AGCOffsetChange);
     connect(device, &clsKeldoX::DUTChange, this, &clsChannel::m_Device_DUTChange);
-    connect(device, &clsKeldoX::LinkLost, this, &clsChannel::onLinkLost);
+    connect(device, &clsKeldoX::LinkLost, this, &clsChannel::loseUnit);
+    connect(device, &clsKeldoX::ConfirmationChange, this, &clsChannel::m_Device_ConfirmationChange);
+}
+
+// After a failed exchange an event tells the value from before, which is no news where none is
+// known: the box stays empty.
+void clsChannel::tell(QLineEdit &box, double value)
+{
+    const std::int32_t status = unit()->lastStatus();
+    const bool failed = status == clsKeldoX::BadReply || status == clsKeldoX::Refused;
+    auto &mark = EntryMark::of(box);
+    if (!m_unitIsGone && !(failed && !mark.hasUnitText()))
+        mark.showUnitText(numberToText(value));
 }
 
 void clsChannel::m_Device_AGCChange(bool agcOn)
 {
     const auto keepAlive = weak_from_this().lock();
+    if (m_unitIsGone)
+        return;
     reportAndEnd("clsChannel.m_Device_AGCChange", [&] {
         const auto device = unit();
         const Still bound = m_bound.still();
@@ -53,56 +68,88 @@ void clsChannel::m_Device_AGCChange(bool agcOn)
         m_agcActive = agcOn;
         to.chkChanAGC->setChecked(agcOn);
         if (agcOn) {
-            to.txtChanAtten->clear();
+            EntryMark::of(*to.txtChanAtten).clear();
             const double offset = offsetOf(*device);
             if (bound)
-                to.txtChanAGCoffset->setText(numberToText(offset));
+                tell(*to.txtChanAGCoffset, offset);
             return;
         }
-        to.txtChanAGCoffset->clear();
+        EntryMark::of(*to.txtChanAGCoffset).clear();
         if (!m_options.hasAtten)
             return;
         const double attenuation = device->atten();
         if (bound)
-            to.txtChanAtten->setText(numberToText(attenuation));
+            tell(*to.txtChanAtten, attenuation);
     });
 }
 
-void clsChannel::m_Device_FreqChange(qint32 /*step*/, double freqMHz)
+// The event's frequency is made of start, step and spacing, of which some may be missing.
+static bool isKnownPlace(clsKeldoX &unit, qint32 step, double freqMHz)
 {
-    if (m_row)
-        m_row->txtChanFreq->setText(numberToText(freqMHz));
+    if (!unit.isInitialized())
+        return true;
+    const double start = unit.StartFreq(); // kept: nothing is sent
+    return start > 0 && (step == 0 || freqMHz != start);
 }
 
-// Emptied first, so that a value that is set again is seen to be written again.
-static void rewrite(QLineEdit &box, double value)
+void clsChannel::m_Device_FreqChange(qint32 step, double freqMHz)
 {
-    box.clear();
-    box.setText(numberToText(value));
+    if (m_row && isKnownPlace(*unit(), step, freqMHz))
+        tell(*m_row->txtChanFreq, freqMHz);
 }
 
 void clsChannel::m_Device_AttenChange(double decibels)
 {
-    if (m_row)
-        rewrite(*m_row->txtChanAtten, decibels);
+    if (!m_row)
+        return;
+    // Emptied first, so that a value that is set again is seen to be written again.
+    m_row->txtChanAtten->clear();
+    tell(*m_row->txtChanAtten, decibels);
 }
 
 void clsChannel::m_Device_InputAttenChange(double decibels)
 {
-    if (m_row)
-        rewrite(*m_row->txtChanInputAtten, decibels);
+    if (!m_row)
+        return;
+    m_row->txtChanInputAtten->clear();
+    tell(*m_row->txtChanInputAtten, decibels);
 }
 
 void clsChannel::m_Device_BypassChange(bool on)
 {
-    if (m_row)
+    if (m_row && !m_unitIsGone)
         m_row->chkChanBYP->setChecked(on);
 }
 
 void clsChannel::m_Device_AGCOffsetChange(double decibels)
 {
     if (m_row)
-        m_row->txtChanAGCoffset->setText(numberToText(decibels));
+        tell(*m_row->txtChanAGCoffset, decibels);
+}
+
+void clsChannel::m_Device_ConfirmationChange(UnitValue value, bool confirmed)
+{
+    if (!m_row || m_unitIsGone)
+        return;
+    const auto box = [confirmed](QLineEdit *entry) {
+        EntryMark::of(*entry).setConfirmed(confirmed);
+    };
+    switch (value) {
+    case UnitValue::Frequency:
+        return box(m_row->txtChanFreq);
+    case UnitValue::Attenuation:
+        return box(m_row->txtChanAtten);
+    case UnitValue::InputAttenuation:
+        return box(m_row->txtChanInputAtten);
+    case UnitValue::AGCOffset:
+        return box(m_row->txtChanAGCoffset);
+    case UnitValue::AGC:
+        return markConfirmed(*m_row->chkChanAGC, confirmed);
+    case UnitValue::Bypass:
+        return markConfirmed(*m_row->chkChanBYP, confirmed);
+    default:
+        return; // shown by the main window alone
+    }
 }
 
 void clsChannel::showOffset(clsKeldoX &device)
@@ -110,21 +157,24 @@ void clsChannel::showOffset(clsKeldoX &device)
     const Still bound = m_bound.still();
     const double offset = device.HasAGCOffset() ? device.attenOffset() : 0;
     if (bound)
-        row().txtChanAGCoffset->setText(numberToText(offset));
+        tell(*row().txtChanAGCoffset, offset);
 }
 
 void clsChannel::m_Device_DUTChange()
 {
     static const char source[] = "clsChannel.m_Device_DUTChange";
     const auto keepAlive = weak_from_this().lock();
-    m_unitAnswered = true;
-    m_connectFailed = false;
     std::shared_ptr<clsKeldoX> device;
     if (!reportAndEnd(source, [&] {
             row();
             device = unit();
         }))
         return;
+    // Unplugged, or broken off, while it was read in: it has told nothing that counts.
+    if (!device->PortIsOpen())
+        return;
+    m_unitAnswered = true;
+    m_unitIsGone = false;
     const Still bound = m_bound.still();
     const Still enabled = m_enabled.still();
     const auto ifStill = [&](const auto &step) {
@@ -150,13 +200,8 @@ void clsChannel::showWhatNoEventTells(clsKeldoX &device)
 {
     // The reading of the AGC in between has emptied the offset box.
     if (!m_options.hasAGCOffset)
-        row().txtChanAGCoffset->setText(QStringLiteral("0"));
+        EntryMark::of(*row().txtChanAGCoffset).showUnitText(QStringLiteral("0"));
     // A unit without AGC has not told its attenuation, and the arrows count from the box.
     if (!m_options.hasAGC && m_options.hasAtten)
         device.atten(); // shown by its event
-}
-
-void clsChannel::onLinkLost()
-{
-    DisableControls();
 }

@@ -59,6 +59,9 @@ void frmChannels::setDevice(std::shared_ptr<clsKeldoX> device)
     if (mDevice)
         mDevice->disconnect(this);
     mDevice = std::move(device);
+    // Until this unit has told its own.
+    setStatusPanel(ChannelsPanel::firmware, QString());
+    setStatusPanel(ChannelsPanel::bandwidth, QString());
     if (mDevice)
         connect(mDevice.get(), &clsKeldoX::DUTChange, this, &frmChannels::mDevice_DUTChange);
 }
@@ -76,6 +79,13 @@ void frmChannels::mDevice_DUTChange()
                                                 QStringLiteral(" KHZ BW")
                                           : QString());
         });
+}
+
+void frmChannels::showNotConnected()
+{
+    setStatusPanel(ChannelsPanel::connection, Words::notConnected);
+    setStatusPanel(ChannelsPanel::firmware, QString());
+    setStatusPanel(ChannelsPanel::bandwidth, QString());
 }
 
 void frmChannels::setStatusPanel(int panel, const QString &text)

@@ -41,6 +41,7 @@ public:
     void show() override; // in front
     void setDevice(std::shared_ptr<clsKeldoX> device) override;
     void setStatusPanel(int panel, const QString &text) override;
+    void showNotConnected() override;
     void setProgress(int value) override;
     void setProgressMaximum(int maximum) override;
     int progressMaximum() const override;

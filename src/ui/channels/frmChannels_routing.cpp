@@ -122,7 +122,7 @@ void frmChannels::txtChanFreq_KeyUp(int index, int keyCode)
     if (keyCode != clsChannel::enterKeyCode)
         return;
     handle("frmMain.txtChanFreq_KeyUp", [&] {
-        if (const auto megahertz = numberWithUnit(m_controls.txtChanFreq(index)->text()))
+        if (const auto megahertz = frequencyInMHz(m_controls.txtChanFreq(index)->text()))
             tune(channelAt(index)->Device(), *megahertz);
     });
 }
@@ -130,7 +130,7 @@ void frmChannels::txtChanFreq_KeyUp(int index, int keyCode)
 void frmChannels::txtChanFreq_DblClick(int index)
 {
     handle("frmMain_KeldoX2.txtChanFreq_DblClick", [&] {
-        const double megahertz = leadingNumber(m_controls.txtChanFreq(index)->text());
+        const double megahertz = leadingFrequencyInMHz(m_controls.txtChanFreq(index)->text());
         if (megahertz > 0)
             tune(channelAt(index)->Device(), megahertz);
     });

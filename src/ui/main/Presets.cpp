@@ -70,14 +70,19 @@ void Presets::refresh()
             preset->refresh();
 }
 
-void Presets::UpdateFreqs(clsKeldoX &unit)
+// A display whose frequency would be made of something that could not be read stays empty.
+void Presets::UpdateFreqs(clsKeldoX &unit, bool spacingIsKnown)
 {
     auto &presets = app().presets;
     presets[Preset::start]->setValue(unit.StartFreq());
     presets[Preset::center]->setValue(unit.CenterFreq());
     presets[Preset::stop]->setValue(unit.StopFreq());
+    const bool startIsKnown = presets[Preset::start]->value() > 0;
+    const bool endIsKnown = startIsKnown && spacingIsKnown && unit.MaxStep() > 0;
     for (int i = Preset::start; i <= Preset::stop; ++i) {
-        presets[i]->setDisplayText(numberToText(presets[i]->value()) + QStringLiteral(" MHz"));
+        const bool isKnown = i == Preset::start ? startIsKnown : endIsKnown;
+        presets[i]->setDisplayText(
+            isKnown ? numberToText(presets[i]->value()) + QStringLiteral(" MHz") : QString());
         presets[i]->Display()->setVisible(true);
     }
 }
@@ -116,7 +121,7 @@ void Presets::cmdSetPresets_Click()
 // The number that the frequency box shows. Raises 13 (type mismatch) when it shows none.
 static double shownFrequency(const QString &text)
 {
-    if (const auto megahertz = numberWithUnit(text))
+    if (const auto megahertz = frequencyInMHz(text))
         return *megahertz;
     throw RunTimeError(ErrorNumber::TypeMismatch,
                        QObject::tr("There is no frequency in the box to store: type one in MHz, "

@@ -28,7 +28,7 @@ public:
     void EnablePresetsIfTheyreValid();
     // The captions were emptied with the displays: the stored values show again.
     void refresh();
-    void UpdateFreqs(clsKeldoX &unit); // start, center and stop
+    void UpdateFreqs(clsKeldoX &unit, bool spacingIsKnown); // start, center and stop
     void clearFreqs();
     void clearCaptions();
 

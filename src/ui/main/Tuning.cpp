@@ -6,12 +6,14 @@
 #include "device/clsKeldoX.h"
 #include "ui_frmMain_KeldoX2.h"
 #include "widgets/EntryEvents.h"
+#include "widgets/EntryMark.h"
 #include "widgets/WhileDisabled.h"
 
 #include <QShortcut>
 
 static constexpr std::int32_t mostSingleSteps = 32000; // beyond it four steps are one slider unit
 static constexpr double pageMHz = 2.5;
+static constexpr double hertzPerMegahertz = 1000000.0;
 
 Tuning::Tuning(const Ui::frmMain_KeldoX2 &ui, const ShownUnit &shown)
     : txtCurrentFreq(ui.txtCurrentFreq),
@@ -25,6 +27,7 @@ Tuning::Tuning(const Ui::frmMain_KeldoX2 &ui, const ShownUnit &shown)
     connect(HScroll1, &StepSlider::sliderMoved, this, &Tuning::HScroll1_Scroll);
     connect(HScroll1, &StepSlider::valueChanged, this, &Tuning::HScroll1_Change);
     connect(HScroll1, &StepSlider::sliderReleased, this, &Tuning::HScroll1_Released);
+    EntryMark::of(*txtCurrentFreq).setReading(frequencyInMHz);
     addShortcuts();
 }
 
@@ -57,6 +60,18 @@ void Tuning::showRange(clsKeldoX &unit)
         HScroll1->setPageStep(page);
 }
 
+void Tuning::setPlan(double startMHz, std::int32_t spacingHz)
+{
+    m_startMHz = startMHz;
+    m_spacingHz = spacingHz;
+    updateSlider();
+}
+
+void Tuning::markFrequency(bool confirmed)
+{
+    EntryMark::of(*txtCurrentFreq).setConfirmed(confirmed);
+}
+
 // Also where the box has the focus already.
 void Tuning::select()
 {
@@ -64,8 +79,23 @@ void Tuning::select()
     txtCurrentFreq->selectAll();
 }
 
+void Tuning::enable()
+{
+    m_enabled = true;
+    txtCurrentFreq->setEnabled(true);
+    updateSlider();
+}
+
+// An arrow key on a slider whose place is not the unit's would tune from the wrong one.
+void Tuning::updateSlider()
+{
+    if (!m_sending)
+        HScroll1->setEnabled(m_enabled && m_unitsPlace && HScroll1->maximum() > 0);
+}
+
 void Tuning::disable()
 {
+    m_enabled = false;
     // Disabling a control would hand the focus on, and the next key to whoever gets it.
     for (QWidget *control :
          {static_cast<QWidget *>(txtCurrentFreq), static_cast<QWidget *>(HScroll1)})
@@ -78,9 +108,12 @@ void Tuning::disable()
 void Tuning::clear()
 {
     m_unitsPlace.reset();
+    setPlan(0, 0);
     const auto quiet = withoutSliderEvents();
+    // An end of the unit before must not bound the first place of the next one.
+    HScroll1->setSliderDown(false);
     HScroll1->setValue(HScroll1->minimum());
-    txtCurrentFreq->clear();
+    EntryMark::of(*txtCurrentFreq).clear();
 }
 
 // A text that is no number is ignored without a message; "145.5 MHz" is one. The text is selected
@@ -90,7 +123,7 @@ void Tuning::txtCurrentFreq_KeyUp()
     handle(
         "frmMain.txtCurrentFreq_KeyUp",
         [this, unit = m_shown.mDevice] {
-            if (const auto megahertz = numberWithUnit(txtCurrentFreq->text()))
+            if (const auto megahertz = frequencyInMHz(txtCurrentFreq->text()))
                 unit->setCurrentFreq(*megahertz);
         },
         Afterwards{[this] {
@@ -103,18 +136,21 @@ void Tuning::txtCurrentFreq_KeyUp()
 void Tuning::txtCurrentFreq_DblClick()
 {
     handle("frmMain.txtCurrentFreq_DblClick", [this, unit = m_shown.mDevice] {
-        const double megahertz = leadingNumber(txtCurrentFreq->text());
+        const double megahertz = leadingFrequencyInMHz(txtCurrentFreq->text());
         if (megahertz > 0)
             unit->setCurrentFreq(megahertz);
     });
 }
 
-// While the thumb is dragged only the box follows; the unit tunes when it is let go.
+// While the thumb is dragged only the box follows; the unit tunes when it is let go. Nothing is
+// asked either: what the unit has told of its spacing counts.
 void Tuning::HScroll1_Scroll(int position)
 {
     reportAndEnd("frmMain.HScroll1_Scroll", [&] {
         const double start = leadingNumber(m_startFreq->text());
-        const double offset = m_shown.mDevice->StepsToMHz(position * app().sliderScale);
+        if (m_spacingHz < 1)
+            return;
+        const double offset = m_spacingHz / hertzPerMegahertz * (position * app().sliderScale);
         txtCurrentFreq->setText(numberToText(start + offset));
     });
 }
@@ -136,6 +172,7 @@ void Tuning::sendStep(qint32 step)
     const auto unit = m_shown.mDevice;
     const Still tunable = m_shown.tunable.still();
     WhileDisabled hold(HScroll1);
+    const QScopedValueRollback sending(m_sending, true);
     unit->setCurrentStep(step);
     if (!tunable)
         hold.keepDisabled();
@@ -148,12 +185,30 @@ void Tuning::HScroll1_Released()
         followUnit();
 }
 
+// The frequency is start + steps x spacing, made of what may be missing. A setting that failed
+// raises the place from before, which is no news where none is known.
 void Tuning::mDevice_FreqChange(qint32 step, double freqMHz)
 {
     if (m_shown.reportsAreStale)
         return;
+    const auto unit = m_shown.mDevice;
+    learnSpacing(*unit, step, freqMHz);
+    const bool failed =
+        unit->lastStatus() == clsKeldoX::BadReply || unit->lastStatus() == clsKeldoX::Refused;
+    if (m_startMHz <= 0 || m_spacingHz < 1 || (failed && !m_unitsPlace))
+        return;
     m_unitsPlace = Place{step, freqMHz};
     followUnit();
+    updateSlider();
+}
+
+// What was missing when the unit was shown may have been read since: the event is made of it.
+void Tuning::learnSpacing(const clsKeldoX &unit, qint32 step, double freqMHz)
+{
+    if (m_startMHz <= 0 && unit.isInitialized())
+        m_startMHz = m_shown.mDevice->StartFreq(); // kept by the unit's object: nothing is sent
+    if (m_startMHz > 0 && m_spacingHz < 1 && step > 0 && freqMHz > m_startMHz)
+        m_spacingHz = toInt32((freqMHz - m_startMHz) / step * hertzPerMegahertz);
 }
 
 void Tuning::followUnit()
@@ -163,7 +218,7 @@ void Tuning::followUnit()
     const Place place = *m_unitsPlace;
     resumeNext(
         "frmMain.DUT_FreqChange", [&] { moveSlider(place.step); },
-        [&] { txtCurrentFreq->setText(numberToText(place.megahertz)); });
+        [&] { EntryMark::of(*txtCurrentFreq).showUnitText(numberToText(place.megahertz)); });
 }
 
 // A step beyond the slider's end leaves the slider where it is.

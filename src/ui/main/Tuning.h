@@ -27,6 +27,9 @@ public:
     void follow(const clsKeldoX &unit);
     // Sets the slider's scale, end and page by the unit's steps.
     void showRange(clsKeldoX &unit);
+    // The plan as the unit has told it, 0 for what it has not: places are shown only inside one.
+    void setPlan(double startMHz, std::int32_t spacingHz);
+    void markFrequency(bool confirmed);
 
     // Until they are allowed, and while code moves the slider, its changes are not sent.
     void allowSliderEvents() { m_sliderEvents = true; }
@@ -36,8 +39,10 @@ public:
     }
 
     void select(); // typing replaces the frequency
+    // The slider is enabled only while the unit's place is known.
+    void enable();
     void disable();
-    void clear();
+    void clear(); // nothing is known of the unit
 
 private:
     void txtCurrentFreq_KeyUp();
@@ -50,6 +55,8 @@ private:
     void sendStep(qint32 step);
     void followUnit();
     void moveSlider(qint32 step);
+    void learnSpacing(const clsKeldoX &unit, qint32 step, double freqMHz);
+    void updateSlider();
 
     QLineEdit *txtCurrentFreq;
     StepSlider *HScroll1;
@@ -63,5 +70,9 @@ private:
         double megahertz = 0;
     };
     std::optional<Place> m_unitsPlace; // as last heard from it
+    double m_startMHz = 0;             // 0: not known
+    std::int32_t m_spacingHz = 0;      // as last heard; 0: not known
+    bool m_enabled = false;
+    bool m_sending = false;
     bool m_sliderEvents = false;
 };

@@ -5,6 +5,7 @@
 #include "core/ResumeNext.h"
 #include "core/TextNumbers.h"
 #include "widgets/EntryEvents.h"
+#include "widgets/EntryMark.h"
 #include "widgets/WhileDisabled.h"
 
 #include <QCheckBox>
@@ -44,6 +45,7 @@ void clsPelltrim::setDevice(std::shared_ptr<clsKeldoX> device)
     connect(unit, &clsKeldoX::DUTChange, this, &clsPelltrim::mDevice_DUTChange);
     connect(unit, &clsKeldoX::ZNChange, this, &clsPelltrim::mDevice_ZNChange);
     connect(unit, &clsKeldoX::ZNcalModeChange, this, &clsPelltrim::mDevice_ZNcalModeChange);
+    connect(unit, &clsKeldoX::ConfirmationChange, this, &clsPelltrim::mDevice_ConfirmationChange);
     connect(unit, &clsKeldoX::LinkLost, this, [this] {
         m_reportsAreStale = true;
         DisableControls();
@@ -54,7 +56,12 @@ void clsPelltrim::DisableControls()
 {
     m_tunable.renew();
     m_waiting.reset();
-    mtxtZN->clear();
+    m_setting.reset();
+    EntryMark::of(*mtxtZN).clear();
+    markConfirmed(*mchkZNcal, true);
+    m_calibrated = false;
+    mchkZNcal->setChecked(false);
+    moveScrollBar(mHScrollZN->minimum());
     mHScrollZN->setEnabled(false);
     mtxtZN->setEnabled(false);
     mchkZNcal->setEnabled(false);
@@ -66,6 +73,9 @@ void clsPelltrim::mDevice_DUTChange()
     m_reportsAreStale = false;
     reportAndEnd("clsZN.DUT_DUTChange", [this] {
         const auto unit = mDevice;
+        // The reading of the set-up raises the setting before it has been read.
+        m_setting.reset();
+        EntryMark::of(*mtxtZN).clear();
         if (unit->HasPelltrim())
             showUnit(*unit);
         else
@@ -88,9 +98,18 @@ void clsPelltrim::showUnit(clsKeldoX &unit)
     const std::int16_t clicks = m_calibrated ? unit.PelltrimCal() : unit.Pelltrim();
     if (!tunable)
         return;
+    mchkZNcal->setEnabled(true);
+    if (!m_calibrated && !m_setting && unit.lastStatus() != clsKeldoX::Good)
+        return; // it could not be read: the controls stay empty and disabled
     showClicks(clicks);
     enableFor(m_calibrated);
-    mchkZNcal->setEnabled(true);
+}
+
+void clsPelltrim::readAgain()
+{
+    const auto unit = mDevice;
+    if (unit && unit->HasPelltrim())
+        showUnit(*unit);
 }
 
 void clsPelltrim::enableFor(bool calibrated)
@@ -217,7 +236,8 @@ void clsPelltrim::endDrag()
 void clsPelltrim::mDevice_ZNChange(qint16 setting)
 {
     reportAndEnd("clsZN.DUT_ZNChange", [&] {
-        if (!m_reportsAreStale)
+        // After a failure it is the setting from before, which is no news where none is known.
+        if (!m_reportsAreStale && (m_setting || mDevice->lastStatus() == clsKeldoX::Good))
             showClicks(setting);
     });
 }
@@ -225,7 +245,7 @@ void clsPelltrim::mDevice_ZNChange(qint16 setting)
 void clsPelltrim::showClicks(std::int16_t clicks)
 {
     m_setting = clicks;
-    mtxtZN->setText(numberToText(clicks));
+    EntryMark::of(*mtxtZN).showUnitText(numberToText(clicks));
     // The thumb that the operator holds stays where the hand is.
     if (!mHScrollZN->isSliderDown())
         moveScrollBar(clicks);
@@ -243,4 +263,14 @@ void clsPelltrim::mDevice_ZNcalModeChange(const bool &on)
 {
     m_calibrated = on;
     mchkZNcal->setChecked(on);
+}
+
+void clsPelltrim::mDevice_ConfirmationChange(UnitValue value, bool confirmed)
+{
+    if (m_reportsAreStale)
+        return;
+    if (value == UnitValue::Pelltrim)
+        EntryMark::of(*mtxtZN).setConfirmed(confirmed);
+    else if (value == UnitValue::CalMode)
+        markConfirmed(*mchkZNcal, confirmed);
 }

@@ -24,10 +24,13 @@ public:
 
     // Blanks the text box and disables the whole frame.
     void DisableControls();
+    // Asks for what the controls show, where the unit can be fine-tuned.
+    void readAgain();
 
     void mDevice_DUTChange();
     void mDevice_ZNChange(qint16 setting); // clicks
     void mDevice_ZNcalModeChange(const bool &on);
+    void mDevice_ConfirmationChange(UnitValue value, bool confirmed);
 
 private:
     void mchkZNcal_Click();

@@ -117,11 +117,9 @@ void frmMain_KeldoX2::load()
         [this] { setWindowTitle(QStringLiteral("   ") + applicationTitle()); },
         [this] {
             setStatusPanel(MainPanel::connection, Words::notConnected);
-            m_ui->lblChannelSpacing->clear();
-            m_ui->lblbandwidth->clear();
             m_ui->ShapeStatusLight->setFillColor(IndicatorLight::buttonFace,
                                                  tr("no unit has been asked yet"));
-            m_ui->ShapeOneBitLight->setFillColor(IndicatorLight::buttonFace, tr("off"));
+            showInputAttenuation({});
         },
         [this] { m_ui->HScroll1->setPageStep(10); }, [this] { m_presets->create(); },
         [this] {

@@ -5,6 +5,7 @@
 #pragma once
 
 #include "app/Views.h"
+#include "device/UnitValue.h"
 #include "platform/TimerControl.h"
 #include "ui/main/ShownUnit.h"
 #include "widgets/ControlArray.h"
@@ -22,6 +23,7 @@ class clsPelltrim;
 class frmContact;
 class frmOperation;
 class frmPasswordBox;
+class QAction;
 class Reconnect;
 class SearchStrip;
 class QRadioButton;
@@ -54,6 +56,7 @@ public:
     void bringUpToDate() override;
     void showCommunicationFailure() override;
     void showNotConnected() override;
+    void showInputAttenuation(std::optional<double> decibels) override;
     void showProgressLine(const QString &text) override;
     void unload() override { close(); }
 
@@ -80,17 +83,19 @@ private:
     void fitFrequencyFont();
     void disableUnitControls();
     void focusFrequency();
-    void clearTuning();
+    void clearUnit();
     bool isConnected() const;
 
     // Menus
     void bindMenus();
+    void addReadAgain();
+    void updateEntries();
     void bindRunning();
-    void updateConnectEntries();
     void mnuShowChannels_Click();
     void mnuOptionsIOdaemon_Click();
     void mnuConnectComport_Click();
     void mnuConnectKnownComport_Click();
+    void mnuOptionsReadAgain_Click();
     void mnuHelpContents_Click();
     void mnuHelpAbout_Click();
     void mnuHelpContact_Click();
@@ -102,7 +107,10 @@ private:
     void mDevice_InputAttenChange(double decibels);
     void mDevice_DUTChange();
     void mDevice_LinkLost();
+    void mDevice_ConfirmationChange(UnitValue value, bool confirmed);
     void optInputLimit_Click(int index);
+    void followEvents();
+    void showSpacing(std::int32_t hertz);
     void showBandwidth(clsKeldoX &device);
 
     std::unique_ptr<Ui::frmMain_KeldoX2> m_ui;
@@ -115,6 +123,7 @@ private:
     QPointer<frmOperation> m_operation;            // while it is open
     QPointer<frmContact> m_contact;                // while it is open
 
+    QAction *mnuOptionsReadAgain = nullptr;
     ControlArray<QRadioButton> optInputLimit{QStringLiteral("optInputLimit")}; // modes
     OptionSet m_inputLimits;
     SearchStrip *m_strip = nullptr;
@@ -123,4 +132,5 @@ private:
 
     std::int16_t m_inputLimitingMode = 0;
     bool m_firstActivation = true;
+    bool m_unitWasShown = false; // until then the captions of its plan stand as designed
 };

@@ -14,18 +14,27 @@
 #include "ui/main/Tuning.h"
 #include "ui/main/clsPelltrim.h"
 #include "ui_frmMain_KeldoX2.h"
+#include "widgets/EntryMark.h"
 
 static constexpr double hertzPerKilohertz = 1000;
 
+// Emptied first: no value of the unit before stands under this one's name.
 void frmMain_KeldoX2::setDevice(std::shared_ptr<clsKeldoX> device)
 {
     if (m_shown.mDevice)
         disconnect(m_shown.mDevice.get(), nullptr, this, nullptr);
     m_shown.mDevice = device ? std::move(device) : makeUnit();
-    m_shown.tunable.renew();
     m_shown.reportsAreStale = false;
-    m_ui->ShapeOneBitLight->setFillColor(IndicatorLight::buttonFace, tr("off"));
+    disableUnitControls();
+    clearUnit();
+    followEvents();
+    // The fine-tuning controls hear the unit after the window.
+    if (Pelltrim)
+        Pelltrim->setDevice(m_shown.mDevice);
+}
 
+void frmMain_KeldoX2::followEvents()
+{
     const clsKeldoX *unit = m_shown.mDevice.get();
     connect(unit, &clsKeldoX::GetPassword, this, &frmMain_KeldoX2::mDevice_GetPassword);
     connect(unit, &clsKeldoX::StatusChange, this, &frmMain_KeldoX2::mDevice_StatusChange);
@@ -35,9 +44,8 @@ void frmMain_KeldoX2::setDevice(std::shared_ptr<clsKeldoX> device)
     m_tuning->follow(*unit);
     connect(unit, &clsKeldoX::DUTChange, this, &frmMain_KeldoX2::mDevice_DUTChange);
     connect(unit, &clsKeldoX::LinkLost, this, &frmMain_KeldoX2::mDevice_LinkLost);
-    // The fine-tuning controls hear the unit after the window.
-    if (Pelltrim)
-        Pelltrim->setDevice(m_shown.mDevice);
+    connect(unit, &clsKeldoX::ConfirmationChange, this,
+            &frmMain_KeldoX2::mDevice_ConfirmationChange);
 }
 
 // The command is sent also after Cancel, deliberately, then with nothing behind the blank.
@@ -104,7 +112,21 @@ void frmMain_KeldoX2::mDevice_LinkLost()
     resumeNext(
         "formMain.DUT_LinkLost", [this] { showCommunicationFailure(); },
         [this] { setStatusPanel(MainPanel::connection, Words::notConnected); },
+        [] {
+            if (const auto channels = app().channelsWindow())
+                channels->showNotConnected();
+        },
         [this] { showNotConnected(); }, [this] { m_reconnect->waitFor(m_shown.mDevice); });
+}
+
+void frmMain_KeldoX2::mDevice_ConfirmationChange(UnitValue value, bool confirmed)
+{
+    if (m_shown.reportsAreStale)
+        return;
+    if (value == UnitValue::Frequency)
+        m_tuning->markFrequency(confirmed);
+    else if (value == UnitValue::InputLimiting)
+        markConfirmed(*m_ui->FrameInputLimiting, confirmed);
 }
 
 void frmMain_KeldoX2::mDevice_InputLimitingModeChange(qint16 mode)
@@ -117,11 +139,19 @@ void frmMain_KeldoX2::mDevice_InputLimitingModeChange(qint16 mode)
 
 void frmMain_KeldoX2::mDevice_InputAttenChange(double decibels)
 {
-    if (decibels > 0 && !m_shown.reportsAreStale)
+    showInputAttenuation(decibels);
+}
+
+void frmMain_KeldoX2::showInputAttenuation(std::optional<double> decibels)
+{
+    if (m_shown.reportsAreStale)
+        decibels.reset();
+    if (decibels && *decibels > 0)
         m_ui->ShapeOneBitLight->setFillColor(IndicatorLight::amber,
-                                             numberToText(decibels) + tr(" dB"));
+                                             numberToText(*decibels) + tr(" dB"));
     else
-        m_ui->ShapeOneBitLight->setFillColor(IndicatorLight::buttonFace, tr("off"));
+        m_ui->ShapeOneBitLight->setFillColor(IndicatorLight::buttonFace,
+                                             decibels ? tr("off") : tr("not known"));
 }
 
 void frmMain_KeldoX2::ShowInputLimitingMode(std::int16_t mode)
@@ -158,16 +188,13 @@ void frmMain_KeldoX2::mDevice_DUTChange()
                 step();
         };
     };
+    std::int32_t spacing = 0; // Hz
     resumeNext(
-        "frmMain.mDevice_DUTChange", [&] { m_tuning->showRange(*unit); }, whileShown([&] {
-            const QString spacing =
-                numberToTextWithBlank(unit->ChannelSpacing() / hertzPerKilohertz);
-            if (shown)
-                m_ui->lblChannelSpacing->setText(spacing +
-                                                 QStringLiteral(" kHz frequency spacing"));
-        }),
-        whileShown([&] { showBandwidth(*unit); }),
-        whileShown([&] { m_presets->UpdateFreqs(*unit); }),
+        "frmMain.mDevice_DUTChange", [&] { m_tuning->showRange(*unit); },
+        whileShown([&] { spacing = unit->ChannelSpacing(); }),
+        whileShown([&] { showSpacing(spacing); }), whileShown([&] { showBandwidth(*unit); }),
+        whileShown([&] { m_presets->UpdateFreqs(*unit, spacing > 0); }),
+        whileShown([&] { m_tuning->setPlan(unit->StartFreq(), spacing); }),
         whileShown([&] { setCurrentChannelCaption(Words::activeChannel(activeChannel())); }),
         whileShown([&] {
             const std::int16_t mode = unit->InputLimitingMode();
@@ -180,8 +207,16 @@ void frmMain_KeldoX2::mDevice_DUTChange()
             if (!app().searchFinished)
                 return;
             EnableMostControls(true);
+            m_tuning->enable();
             focusFrequency();
         }));
+}
+
+void frmMain_KeldoX2::showSpacing(std::int32_t hertz)
+{
+    m_unitWasShown = true;
+    m_ui->lblChannelSpacing->setText(numberToTextWithBlank(hertz / hertzPerKilohertz) +
+                                     QStringLiteral(" kHz frequency spacing"));
 }
 
 void frmMain_KeldoX2::showBandwidth(clsKeldoX &device)

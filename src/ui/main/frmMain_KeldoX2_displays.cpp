@@ -9,6 +9,7 @@
 #include "ui/main/Tuning.h"
 #include "ui/main/clsPelltrim.h"
 #include "ui_frmMain_KeldoX2.h"
+#include "widgets/EntryMark.h"
 
 bool frmMain_KeldoX2::isConnected() const
 {
@@ -57,35 +58,39 @@ void frmMain_KeldoX2::disableUnitControls()
         Pelltrim->DisableControls();
 }
 
-void frmMain_KeldoX2::clearTuning()
+// What one unit has told, and how sure it was.
+void frmMain_KeldoX2::clearUnit()
 {
     m_tuning->clear();
+    m_presets->clearFreqs();
+    markConfirmed(*m_ui->FrameInputLimiting, true);
+    showInputAttenuation({});
+    setStatusPanel(MainPanel::unitStatus, {});
+    if (!m_unitWasShown)
+        return;
     m_ui->lblChannelSpacing->clear();
     m_ui->lblbandwidth->clear();
-    m_presets->clearFreqs();
 }
 
 void frmMain_KeldoX2::ClearDisplays()
 {
-    m_ui->txtCurrentFreq->clear();
+    EntryMark::of(*m_ui->txtCurrentFreq).clear();
     m_presets->clearCaptions();
     if (const auto channels = app().channelsWindow())
         for (int channel = 1; channel <= channelsPerTab; ++channel) // of the first tab alone
             channels->clearChannelBoxes(channel);
     m_presets->clearFreqs();
-    m_ui->txtPelltrim->clear();
+    EntryMark::of(*m_ui->txtPelltrim).clear();
 }
 
 void frmMain_KeldoX2::resetForSearch()
 {
     resumeNext(
         "frmMain.resetForSearch", [this] { EnableMostControls(false); },
-        [this] { disableUnitControls(); }, [this] { clearTuning(); }, [this] { ClearDisplays(); },
+        [this] { disableUnitControls(); }, [this] { clearUnit(); }, [this] { ClearDisplays(); },
         [this] {
-            setStatusPanel(MainPanel::unitStatus, {});
             setCurrentChannelCaption(Words::noActiveChannel);
             m_ui->ShapeStatusLight->setFillColor(IndicatorLight::buttonFace, tr("searching"));
-            m_ui->ShapeOneBitLight->setFillColor(IndicatorLight::buttonFace, tr("off"));
         });
 }
 
@@ -94,19 +99,21 @@ void frmMain_KeldoX2::bringUpToDate()
     const bool connected = isConnected();
     EnableMostControls(true);
     m_presets->refresh();
-    if (connected)
-        focusFrequency();
-    else
+    if (!connected) {
         showNotConnected();
+        return;
+    }
+    m_tuning->enable();
+    focusFrequency();
 }
 
 void frmMain_KeldoX2::showNotConnected()
 {
     disableUnitControls();
-    clearTuning();
-    setStatusPanel(MainPanel::unitStatus, {});
+    clearUnit();
     if (activeChannel() == 0)
         setCurrentChannelCaption(Words::noActiveChannel);
+    updateEntries();
 }
 
 void frmMain_KeldoX2::setStatusPanel(int panel, const QString &text)

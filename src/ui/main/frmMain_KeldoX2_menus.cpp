@@ -5,9 +5,12 @@
 #include "app/Handlers.h"
 #include "app/Progress.h"
 #include "app/Reconnect.h"
+#include "app/Words.h"
 #include "app/modSearchPorts.h"
 #include "core/ResumeNext.h"
+#include "device/clsKeldoX.h"
 #include "platform/EventQueue.h"
+#include "ui/main/clsPelltrim.h"
 #include "ui_frmMain_KeldoX2.h"
 #include "widgets/SearchStrip.h"
 
@@ -31,8 +34,9 @@ void frmMain_KeldoX2::bindMenus()
     connect(m_ui->mnuHelpContact, &QAction::triggered, this,
             &frmMain_KeldoX2::mnuHelpContact_Click);
     bindRunning();
-    connect(&app().guard(), &EventGuard::changed, this, &frmMain_KeldoX2::updateConnectEntries);
-    updateConnectEntries();
+    addReadAgain();
+    connect(&app().guard(), &EventGuard::changed, this, &frmMain_KeldoX2::updateEntries);
+    updateEntries();
 }
 
 // What runs by itself: the strip of a search or a connection with its Cancel, and connecting again.
@@ -66,11 +70,63 @@ void frmMain_KeldoX2::showProgressLine(const QString &text)
     m_strip->say(text);
 }
 
-void frmMain_KeldoX2::updateConnectEntries()
+void frmMain_KeldoX2::updateEntries()
 {
     const bool canConnect = app().guard().isUp() && app().searchFinished;
     m_ui->mnuConnectComport->setEnabled(canConnect);
     m_ui->mnuConnectKnownComport->setEnabled(canConnect);
+    // Setting up the window comes through here before there is a unit.
+    mnuOptionsReadAgain->setEnabled(canConnect && m_shown.mDevice && isConnected());
+}
+
+void frmMain_KeldoX2::addReadAgain()
+{
+    auto *options = new QMenu(tr("&Options"), m_ui->menuBar);
+    options->setObjectName(QStringLiteral("mnuOptions"));
+    options->setToolTipsVisible(true);
+    mnuOptionsReadAgain = options->addAction(tr("&Read the unit again"));
+    mnuOptionsReadAgain->setObjectName(QStringLiteral("mnuOptionsReadAgain"));
+    mnuOptionsReadAgain->setParent(this);
+    mnuOptionsReadAgain->setShortcut(Qt::Key_F5);
+    // The boxes of the channels window ask for it too.
+    mnuOptionsReadAgain->setShortcutContext(Qt::ApplicationShortcut);
+    mnuOptionsReadAgain->setToolTip(tr("Asks the connected unit for its values"));
+    m_ui->menuBar->addMenu(options);
+    connect(mnuOptionsReadAgain, &QAction::triggered, this,
+            &frmMain_KeldoX2::mnuOptionsReadAgain_Click);
+}
+
+static std::shared_ptr<ChannelRow> rowOf(const std::shared_ptr<clsKeldoX> &unit)
+{
+    for (int number = 1; number <= channelCount; ++number)
+        if (auto channel = app().channels[number]; channel && channel->Device() == unit)
+            return channel;
+    return nullptr;
+}
+
+// Only what the unit has is asked. A unit that goes meanwhile ends the reading.
+void frmMain_KeldoX2::mnuOptionsReadAgain_Click()
+{
+    const auto unit = m_shown.mDevice;
+    const Still shown = m_shown.tunable.still();
+    const auto whileShown = [&](auto step) {
+        return [&, step] {
+            if (shown && unit->PortIsOpen())
+                step();
+        };
+    };
+    whileGuarded([&] {
+        resumeNext("frmMain.mnuOptionsReadAgain_Click", whileShown([&] { unit->currentFreq(); }),
+                   whileShown([&] {
+                       if (const auto row = rowOf(unit))
+                           row->readAgain();
+                   }),
+                   whileShown([&] {
+                       if (unit->HasAdjustableInputLimiting())
+                           unit->InputLimitingMode(); // shown by its event
+                   }),
+                   whileShown([&] { Pelltrim->readAgain(); }));
+    });
 }
 
 void frmMain_KeldoX2::mnuShowChannels_Click()
