@@ -13,6 +13,7 @@ class TestSources : public QObject
 private slots:
     void everyFileBeginsWithWhatItIsFor();
     void onlyThePlatformFolderKnowsTheSystem();
+    void noWaitOfTheSerialPortBlocks();
     void theRulesSeeABreach();
 };
 
@@ -27,6 +28,22 @@ static bool asksForTheSystem(const QString &source)
     static const QRegularExpression macro(
         QStringLiteral(R"(\b(Q_OS_\w+|_WIN32|WIN32|__linux__|__unix__|__APPLE__|__MINGW32__)\b)"));
     return macro.match(source).hasMatch();
+}
+
+static bool blocks(const QString &source)
+{
+    static const QRegularExpression call(QStringLiteral(R"(\bwaitFor(ReadyRead|BytesWritten)\b)"));
+    return call.match(source).hasMatch();
+}
+
+// On Windows these calls wait for another thread, with a time of 0 too, and stop the window.
+void TestSources::noWaitOfTheSerialPortBlocks()
+{
+    QStringList blocking;
+    for (const QString &file : sourceFiles(QStringLiteral("src")))
+        if (blocks(contentsOf(file)))
+            blocking.append(file);
+    QVERIFY2(blocking.isEmpty(), qPrintable(blocking.join(QStringLiteral("\n"))));
 }
 
 void TestSources::everyFileBeginsWithWhatItIsFor()
@@ -59,6 +76,8 @@ void TestSources::theRulesSeeABreach()
     QVERIFY(asksForTheSystem(QStringLiteral("#ifdef Q_OS_WIN\n")));
     QVERIFY(asksForTheSystem(QStringLiteral("#if defined(__linux__)\n")));
     QVERIFY(!asksForTheSystem(QStringLiteral("#ifdef NDEBUG\n")));
+    QVERIFY(blocks(QStringLiteral("m_port.waitForReadyRead(0);")));
+    QVERIFY(!blocks(QStringLiteral("m_port.readAll();")));
 }
 
 KELDOX_TEST(TestSources)
