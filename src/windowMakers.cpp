@@ -8,6 +8,7 @@
 #include "ui/dialogs/frmSplash.h"
 #include "ui/main/frmMain_KeldoX2.h"
 #include "ui/monitor/frmIODaemon.h"
+#include "widgets/ScrollPane.h"
 #include "widgets/WindowPlace.h"
 
 // The channels window of the run, seen by the channels as what their rows stand in.
@@ -44,7 +45,11 @@ WindowMakers windowMakers()
         *channels = window;
         return window;
     };
-    makers.ioMonitor = [] { return placed<frmIODaemon>("monitor"); };
+    makers.ioMonitor = [] {
+        auto window = placed<frmIODaemon>("monitor");
+        ScrollPane::wrap(*window);
+        return window;
+    };
     makers.channel = [source = hostSource(channels)] {
         return std::make_shared<clsChannel>(source);
     };

@@ -65,11 +65,13 @@ static std::optional<QRect> placeIn(const QStringList &words)
     return place;
 }
 
+static constexpr int captionMiddle = 12; // below the frame's upper edge
+
 // The caption can be taken hold of: its middle is on a screen that is there.
 static bool canBeReached(const QRect &place)
 {
     for (const QScreen *screen : QGuiApplication::screens())
-        if (screen->availableGeometry().contains(place.center().x(), place.top()))
+        if (screen->geometry().contains(place.center().x(), place.top() + captionMiddle))
             return true;
     return false;
 }

@@ -124,8 +124,10 @@ void TestDarkWindows::textsCanBeRead()
         dialog->show();
         savePicture(*dialog, dialog->objectName());
         for (QLabel *label : dialog->findChildren<QLabel *>())
-            if (label->isVisible() && !label->text().isEmpty())
+            if (label->isVisible() && !label->text().isEmpty()) {
+                QVERIFY2(label->textFormat() == Qt::PlainText, qPrintable(label->objectName()));
                 QVERIFY2(contrastWithin(*label, 0) >= 4.5, qPrintable(label->objectName()));
+            }
         dialog->close();
     }
 }

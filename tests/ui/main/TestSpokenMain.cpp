@@ -45,10 +45,12 @@ void TestSpokenMain::everyControlHasARoleANameAndItsValue()
         QVERIFY2(spoken->role() != QAccessible::Client && spoken->role() != QAccessible::NoRole,
                  who);
         QVERIFY2(!spoken->text(QAccessible::Name).trimmed().isEmpty(), who);
-        if (const auto *label = qobject_cast<QLabel *>(control))
+        if (const auto *label = qobject_cast<QLabel *>(control)) {
+            QVERIFY2(label->textFormat() == Qt::PlainText, who);
             QVERIFY2(spoken->text(QAccessible::Name)
                          .contains(label->text().trimmed().remove(QLatin1Char('&'))),
                      who);
+        }
         if (const auto *box = qobject_cast<QLineEdit *>(control))
             QCOMPARE(spoken->text(QAccessible::Value), box->text());
         if (const auto *button = qobject_cast<QAbstractButton *>(control);
