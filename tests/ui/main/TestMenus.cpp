@@ -54,6 +54,7 @@ void TestMenus::entriesAreInTheirOrderUnderTheirCaptions()
         QStringLiteral("-mnuConnectKnownComport|Connect to KeldoX (on a specific port)"),
         QStringLiteral("-mnuConnectComport|Connect to KeldoX (search com ports)"),
         QStringLiteral("-mnuCloseTCP|close TCP connection"),
+        QStringLiteral("-mnuReconnect|Reconnect when the device returns"),
         QStringLiteral("mnuPolling|Polling"),
         QStringLiteral("-mnuEnablePolling| Enable Input Attenuation Polling"),
         QStringLiteral("-mnuPollingInterval|Polling Interval"),
