@@ -155,8 +155,11 @@ std::shared_ptr<PortSearch> makeSearch()
         FoundAnKeldoX(port, ++app().foundUnits, address);
     });
     QObject::connect(said, &PortSearch::Cancelled, said, [] {
-        if (const auto unit = app().connecting)
-            unit->cancelInitialize();
+        // Whichever unit is being connected just now has failed to connect.
+        const auto &devices = app().devices;
+        for (int slot = 1; slot <= channelCount; ++slot)
+            if (const auto unit = devices[slot])
+                unit->cancelInitialize();
     });
     return search;
 }

@@ -81,7 +81,7 @@ void frmMain_KeldoX2::updateEntries()
 
 void frmMain_KeldoX2::addReadAgain()
 {
-    auto *options = new QMenu(tr("&Options"), m_ui->menuBar);
+    auto *options = new QMenu(tr("Op&tions"), m_ui->menuBar);
     options->setObjectName(QStringLiteral("mnuOptions"));
     options->setToolTipsVisible(true);
     mnuOptionsReadAgain = options->addAction(tr("&Read the unit again"));

@@ -64,8 +64,8 @@ void TestMenus::entriesAreInTheirOrderUnderTheirCaptions()
         QStringLiteral("-mnuHelpAbout|About"),
         QStringLiteral("-mnuHelpContact|Contact"),
         QStringLiteral("mnuOptionsIOdaemon|display IO monitor"),
-        QStringLiteral("mnuOptions|&Options"),
-        QStringLiteral("-mnuOptionsReadAgain|&Read the unit again"),
+        QStringLiteral("mnuOptions|Options"),
+        QStringLiteral("-mnuOptionsReadAgain|Read the unit again"),
     };
     QCOMPARE(all, expected);
 }
