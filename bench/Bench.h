@@ -32,6 +32,7 @@ void benchExchange(Report &report);
 void benchSilentUnit(Report &report);
 void benchEmptySearch(Report &report);
 void benchEventDisplay(Report &report);
+void benchHostileMonitor(Report &report);
 void benchStart(Report &report);
 
 // The two child runs of benchStart; each prints milliseconds since its start and peak KiB.

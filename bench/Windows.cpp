@@ -4,26 +4,32 @@
 
 #include "app/modMain_KeldoX2.h"
 #include "app/modSearchPorts.h"
+#include "core/DebugSwitches.h"
 #include "platform/EventQueue.h"
-#include "widgets/MessageBox.h"
 #include "platform/PortDirectory.h"
 #include "sim/SimulatedLine.h"
+#include "widgets/MessageBox.h"
 #include "windowMakers.h"
 
 #include <QApplication>
+#include <QComboBox>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QLabel>
 #include <QMainWindow>
 #include <QProcess>
+#include <QPushButton>
 #include <QThread>
 #include <QTimer>
 
 #include <algorithm>
 #include <chrono>
+#include <cstdint>
 #include <cstdio>
 #include <fcntl.h>
+#include <functional>
 #include <unistd.h>
+#include <vector>
 
 namespace {
 
@@ -143,9 +149,107 @@ void benchEventDisplay(Report &report)
         longest = std::max(longest, milliseconds(turn));
         QThread::msleep(1);
     }
-    report.figure("processor time, 20,000 events in 2 s, shown", processorMs() - processorBefore,
-                  "ms", "the time they may take", 2000, "ms");
+    const double used = processorMs() - processorBefore;
+    report.figure("processor time, 20,000 events in 2 s, shown", used, "ms",
+                  "the time they may take", 2000, "ms");
+    report.bound("  share of a core", 100 * used / 2000, "%", 5);
     report.bound("  longest turn of the event loop", longest, "ms", 50);
+}
+
+namespace {
+
+// The longest turn of the event loop while something is done, and for half a second after it, so
+// that the display has painted it.
+double longestTurn(const std::function<bool()> &goesOn)
+{
+    constexpr double afterwardsMs = 500;
+    constexpr double mostMs = 60'000;
+    double longest = 0;
+    QElapsedTimer whole;
+    QElapsedTimer rest;
+    whole.start();
+    rest.start();
+    while (milliseconds(rest) < afterwardsMs) {
+        if (milliseconds(whole) > mostMs)
+            return mostMs; // nobody takes it
+        QElapsedTimer turn;
+        turn.start();
+        if (goesOn())
+            rest.restart();
+        EventQueue::yield();
+        longest = std::max(longest, milliseconds(turn));
+        QThread::usleep(100);
+    }
+    return longest;
+}
+
+// Ten megabytes without a carriage return at the monitor's own port, as fast as it takes them.
+double floodPort(sim::SimulatedLine &line)
+{
+    constexpr std::uint64_t total = 10'000'000;
+    constexpr std::uint64_t piece = 65'536; // in flight: what the line keeps for a slow reader
+    const std::uint64_t before = line.bitsOnWire() / 10;
+    std::uint64_t sent = 0;
+    return longestTurn([&] {
+        const std::uint64_t arrived = line.bitsOnWire() / 10 - before;
+        if (sent < total && sent - arrived < piece) {
+            line.send(std::string(piece, 'x'));
+            sent += piece;
+        }
+        return arrived < total;
+    });
+}
+
+double floodDisplay(EventDisplay &display, qsizetype length, int times)
+{
+    const QString text(length, QLatin1Char('x'));
+    int shown = 0;
+    return longestTurn([&] {
+        if (shown == times)
+            return false;
+        display.Display(QStringLiteral("bench"), text);
+        ++shown;
+        return true;
+    });
+}
+
+} // namespace
+
+void benchHostileMonitor(Report &report)
+{
+    constexpr double stallMs = 50;
+    sim::SimulatedLine line;
+    const sim::SimulatedLine last; // the highest port is not listed
+    PortDirectory::instance().reset([devices = std::vector{line.device(), last.device()}] {
+        QList<PortDirectory::Device> all;
+        for (const std::string &device : devices)
+            all.append({QString::fromStdString(device), QStringLiteral("simulated"), {}});
+        return all;
+    });
+    const auto monitor = std::dynamic_pointer_cast<QMainWindow>(app().ioMonitor());
+    const auto display = app().ioMonitor();
+    display->show();
+    EventQueue::yield();
+    monitor->findChild<QComboBox *>(QStringLiteral("comboComPort"))
+        ->setEditText(QStringLiteral("1"));
+    monitor->findChild<QPushButton *>(QStringLiteral("cmdConnect"))->click();
+    const long memoryBefore = peakKiB();
+    for (const bool isShown : {true, false}) {
+        monitor->setVisible(isShown);
+        EventQueue::yield();
+        const std::string where = isShown ? ", shown" : ", hidden";
+        report.bound("longest turn, 10 MB at its port" + where, floodPort(line), "ms", stallMs);
+        debugSwitches().bytesReceived = true;
+        report.bound("  and every byte logged" + where, floodPort(line), "ms", stallMs);
+        debugSwitches().bytesReceived = false;
+        report.bound("  texts of 10 MB to display" + where, floodDisplay(*display, 10'000'000, 20),
+                     "ms", stallMs);
+        report.bound("  texts of 32 KiB to display" + where, floodDisplay(*display, 32'768, 200),
+                     "ms", stallMs);
+    }
+    report.bound("  memory that all of it took",
+                 static_cast<double>(peakKiB() - memoryBefore) / 1024.0, "MiB", 64);
+    display->closeComPort();
 }
 
 void benchStart(Report &report)

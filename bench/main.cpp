@@ -68,12 +68,14 @@ int main(int argc, char **argv)
     QApplication::setQuitOnLastWindowClosed(false);
 
     Report report;
+    installMessageBoxes();
     failOnBoxes(report);
     benchPacedSteps(report);
     benchExchange(report);
     benchSilentUnit(report);
     benchEmptySearch(report);
     benchEventDisplay(report);
+    benchHostileMonitor(report);
     benchStart(report);
     resetAppState();
     MessageBox::setAnswerer({});

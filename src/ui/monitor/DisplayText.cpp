@@ -5,20 +5,17 @@
 
 static constexpr double keptShare = 0.8; // of an overlong text
 
-static QString lineBreak()
-{
-    return QStringLiteral("\r\n");
-}
+static const QLatin1String lineBreak("\r\n");
 
 void DisplayText::addLine(const QString &line)
 {
-    m_text += line + lineBreak();
+    m_text.append(line).append(lineBreak);
     cutBeyond(limit);
 }
 
 void DisplayText::addLineBreak()
 {
-    m_text += lineBreak();
+    m_text.append(lineBreak);
     cutBeyond(2 * limit);
 }
 

@@ -26,7 +26,8 @@ void EventPane::showText(const DisplayText &display)
         return;
     const bool follows = standsAtEnd();
     if (display.begin() >= m_end) {
-        setPlainText(display.text());
+        m_folds.clear();
+        setPlainText(folded(display.text(), display.begin()));
     } else {
         const QTextCursor top = cursorForPosition(QPoint(0, 0));
         removeCut(display);
@@ -44,18 +45,40 @@ void EventPane::showText(const DisplayText &display)
     verticalScrollBar()->setValue(verticalScrollBar()->maximum());
 }
 
-// The document counts a CR LF as one character.
-static int documentLength(const QString &text)
+static bool isBreak(QChar character)
 {
-    return static_cast<int>(text.size() - text.count(QLatin1String("\r\n")));
+    return character == QLatin1Char('\r') || character == QLatin1Char('\n') ||
+           character == QChar::ParagraphSeparator;
+}
+
+// The text, which begins with a line, as the document gets it.
+QString EventPane::folded(const QString &text, qint64 at)
+{
+    QString result;
+    qsizetype taken = 0;
+    qsizetype length = 0; // of the paragraph
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        length = isBreak(text.at(i)) ? 0 : length + 1;
+        if (length <= longestParagraph)
+            continue;
+        result.append(QStringView(text).mid(taken, i - taken)).append(QLatin1Char('\n'));
+        m_folds.append(at + i);
+        taken = i;
+        length = 1;
+    }
+    return result.append(QStringView(text).mid(taken));
 }
 
 void EventPane::removeCut(const DisplayText &display)
 {
+    while (!m_folds.isEmpty() && m_folds.first() <= display.begin())
+        m_folds.removeFirst();
     const QString kept = display.text().left(m_end - display.begin());
-    const int stale = document()->characterCount() - 1 - documentLength(kept);
+    // The document counts a CR LF as one character.
+    const auto left = kept.size() - kept.count(QLatin1String("\r\n")) + m_folds.size();
     QTextCursor edit(document());
-    edit.setPosition(stale, QTextCursor::KeepAnchor);
+    edit.setPosition(document()->characterCount() - 1 - static_cast<int>(left),
+                     QTextCursor::KeepAnchor);
     edit.removeSelectedText();
 }
 
@@ -66,7 +89,7 @@ void EventPane::addNew(const DisplayText &display)
     const int position = textCursor().position();
     QTextCursor edit(document());
     edit.movePosition(QTextCursor::End);
-    edit.insertText(display.text().mid(m_end - display.begin()));
+    edit.insertText(folded(display.text().mid(m_end - display.begin()), m_end));
     if (textCursor().anchor() == anchor && textCursor().position() == position)
         return;
     QTextCursor held(document());

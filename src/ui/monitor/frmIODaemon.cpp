@@ -106,15 +106,15 @@ void frmIODaemon::append(const QString &source, const QString &text)
 // An event's source begins with its time; what comes without the log has none.
 QString frmIODaemon::prefixOf(const QString &source) const
 {
+    const bool withSource = m_ui->mnuDebugDisplaySource->isChecked();
+    QString prefix = withSource ? source + QStringLiteral(": ") : QString();
+    if (!m_ui->mnuDebugDisplayTime->isChecked())
+        return prefix;
     const QString stamp = timeStampOf(source);
-    const bool withTime = m_ui->mnuDebugDisplayTime->isChecked();
-    QString prefix;
-    if (m_ui->mnuDebugDisplaySource->isChecked())
-        prefix = source + QStringLiteral(": ");
-    else if (withTime && !stamp.isEmpty())
-        prefix = stamp + QLatin1Char(' ');
-    if (withTime && stamp.isEmpty())
+    if (stamp.isEmpty())
         prefix.prepend(timeStamp() + QLatin1Char(' '));
+    else if (!withSource)
+        prefix = stamp + QLatin1Char(' ');
     return prefix;
 }
 

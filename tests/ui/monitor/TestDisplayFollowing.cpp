@@ -58,6 +58,7 @@ private slots:
     void onlyWhatChangedIsDrawn();
     void nothingNewDrawsNothing();
     void itShowsTheTextWhateverComes();
+    void aLineWithoutEndIsFolded();
     void theEndIsFollowed();
     void whoScrolledBackStaysThere();
     void whoScrollsToTheEndFollowsAgain();
@@ -126,6 +127,39 @@ void TestDisplayFollowing::itShowsTheTextWhateverComes()
         QPlainTextEdit afresh;
         afresh.setPlainText(shown.text.text());
         QCOMPARE(shown.pane.toPlainText(), afresh.toPlainText());
+    }
+}
+
+// As one paragraph it would take too long to lay out. The text itself stays whole.
+void TestDisplayFollowing::aLineWithoutEndIsFolded()
+{
+    Shown shown;
+    QString endless;
+    for (int i = 0; i < 20000; ++i)
+        endless += QChar('a' + i % 26);
+    shown.add(1, 3);
+    const auto expectWhole = [&] {
+        QString joined;
+        for (auto block = shown.pane.document()->begin(); block.isValid(); block = block.next()) {
+            QVERIFY(block.length() <= 4001);
+            joined += block.text();
+        }
+        QString whole = shown.text.text();
+        QCOMPARE(joined, whole.remove(QStringLiteral("\r\n")));
+    };
+    shown.text.addLine(endless); // cut to its last 16,000 characters and all new
+    shown.pane.showText(shown.text);
+    expectWhole();
+    QVERIFY(shown.pane.document()->blockCount() > 4);
+    for (int i = 4; i < 60; ++i) {
+        shown.add(i, i);
+        expectWhole();
+    }
+    shown.text.addLine(endless.left(7000)); // added to what is there
+    shown.pane.showText(shown.text);
+    for (int i = 60; i < 500; ++i) {
+        shown.add(i, i);
+        expectWhole();
     }
 }
 
