@@ -72,10 +72,7 @@ void TestSearchBrokenOff::escapeEndsTheWaitOfAUnitThatIsBeingConnected()
         bench.line(1).setFault(sim::Fault::Silence);
         row.mDevice->Initialize(); // each of its replies is awaited for 10 s
     };
-    // Once when it is found and once when the search comes back to channel 1.
-    for (int i = 0; i < 2; ++i)
-        bench.fixture.boxes.expect(
-            QStringLiteral("The device did not respond correctly to an ID query."));
+    // Neither when it is found nor when the search comes back to channel 1 does a box follow.
     std::atomic<int> asked = 0;
     bench.line(1).setListener([&](bool fromUnit, const std::string &) {
         if (!fromUnit && ++asked > 1) // the first time it is the probe
