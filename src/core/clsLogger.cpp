@@ -184,7 +184,7 @@ QString clsLogger::startFileLogging(const QString &folder)
     m_failure = QStringLiteral("The log has no file.");
     const bool goesOn = m_erased && m_path == folder;
     setLogPath(folder);
-    if (const QString failure = makeFolder(folder); !failure.isEmpty())
+    if (QString failure = makeFolder(folder); !failure.isEmpty())
         return failure;
     if (goesOn)
         openFile(Opening::Appending);

@@ -16,7 +16,7 @@ void DisplayText::addLine(const QString &line)
 void DisplayText::addLineBreak()
 {
     m_text.append(lineBreak);
-    cutBeyond(2 * limit);
+    cutBeyond(qsizetype{2} * limit);
 }
 
 void DisplayText::clear()
