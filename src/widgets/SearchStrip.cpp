@@ -1,6 +1,10 @@
 // The search strip.
 #include "widgets/SearchStrip.h"
 
+#include "widgets/PlainText.h"
+#include "widgets/WindowPlace.h"
+
+#include <QHBoxLayout>
 #include <QLabel>
 #include <QMainWindow>
 #include <QPushButton>
@@ -18,12 +22,16 @@ SearchStrip::SearchStrip(QMainWindow *window)
     m_line->setTextFormat(Qt::PlainText);
     // A long device name must not widen the window.
     m_line->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-    m_line->setMargin(fontMetrics().averageCharWidth() / 2);
     m_cancel->setObjectName(QStringLiteral("cmdCancelSearch"));
     m_cancel->setToolTip(tr("End the search or the connection (Esc)"));
     m_cancel->setAutoDefault(false);
-    addWidget(m_line);
-    addWidget(m_cancel);
+    auto *both = new QWidget(this);
+    auto *layout = new QHBoxLayout(both);
+    const int half = fontMetrics().averageCharWidth() / 2;
+    layout->setContentsMargins(half, 0, half, 0);
+    layout->addWidget(m_line, 1);
+    layout->addWidget(m_cancel);
+    addWidget(both);
     connect(m_cancel, &QPushButton::clicked, this, &SearchStrip::Cancelled);
     window->addToolBar(Qt::BottomToolBarArea, this);
     hide();
@@ -38,5 +46,25 @@ void SearchStrip::say(const QString &text)
 {
     m_line->setText(text);
     m_line->setAccessibleName(text);
-    setVisible(!text.isEmpty());
+    // What the line cuts off.
+    m_line->setToolTip(plainToolTip(text));
+    setShown(!text.isEmpty());
+}
+
+// The window makes room for its new line and takes it back, where it may be sized at all: nothing
+// of what it shows is covered or has to be scrolled to.
+void SearchStrip::setShown(bool shown)
+{
+    if (shown == !isHidden())
+        return;
+    QWidget *top = window();
+    const bool mayGrow = !top->isMaximized() && !top->isFullScreen();
+    const int height = sizeHint().height();
+    setVisible(shown);
+    if (shown) {
+        const QSize wanted = top->size() + QSize(0, mayGrow ? height : 0);
+        m_grownBy = withinScreen(*top, wanted).height() - top->height();
+    }
+    if (mayGrow && m_grownBy > 0)
+        top->resize(top->width(), top->height() + (shown ? m_grownBy : -m_grownBy));
 }

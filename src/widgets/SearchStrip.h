@@ -24,6 +24,9 @@ signals:
     void Cancelled();
 
 private:
+    void setShown(bool shown);
+
     QLabel *m_line;
     QPushButton *m_cancel;
+    int m_grownBy = 0; // pixels that the window has grown by for the strip
 };

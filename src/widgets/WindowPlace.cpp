@@ -36,8 +36,8 @@ QString WindowPlace::key(const QString &name)
     return QStringLiteral("Geometry ") + name;
 }
 
-WindowPlace::WindowPlace(QWidget *window, const QString &name)
-    : QObject(window), m_window(window), m_name(name)
+WindowPlace::WindowPlace(QWidget *window, QString name)
+    : QObject(window), m_window(window), m_name(std::move(name))
 {
     restore();
     window->installEventFilter(this);

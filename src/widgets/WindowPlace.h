@@ -20,7 +20,7 @@ class WindowPlace : public QObject
     Q_OBJECT
 
 public:
-    WindowPlace(QWidget *window, const QString &name);
+    WindowPlace(QWidget *window, QString name);
     static void keep(QWidget &window, const QString &name);
 
     static QString section();

@@ -73,9 +73,15 @@ void TestRoadOfBadLines::theStripSaysWhereTheSearchIs()
     plug(5).setFault(sim::Fault::Silence);
     plug(9);
     QStringList said;
+    QMap<QByteArray, int> heights{{mainName, window(mainName)->height()}, {channelsName, 0}};
     QTimer::singleShot(700, this, [&] {
         for (const char *name : {mainName, channelsName}) {
             QVERIFY(strip(name)->isVisible());
+            // Its line is there to be read, and the window has made room for it.
+            const auto *line = strip(name)->findChild<QLabel *>(QStringLiteral("lblSearchStrip"));
+            QVERIFY(line->width() > line->fontMetrics().horizontalAdvance(QStringLiteral(
+                                        "Looking at COM5 (1, linked as com5), port 2 of 3.")));
+            QVERIFY(window(name)->height() > heights.value(name));
             said.append(strip(name)->text());
             picture(name, name == mainName ? "search-strip-main" : "search-strip-channels");
         }
@@ -88,6 +94,7 @@ void TestRoadOfBadLines::theStripSaysWhereTheSearchIs()
              qPrintable(said.at(0)));
     for (const char *name : {mainName, channelsName})
         QVERIFY(!strip(name)->isVisible());
+    QCOMPARE(window(mainName)->height(), heights.value(mainName));
     QCOMPARE(int(app().foundUnits), 2);
 }
 
