@@ -13,14 +13,12 @@
 
 static const char connectSource[] = "frmMain.ConnectToDevice";
 
-static constexpr int connectionPanel = 1; // of both windows
-
 // Units on one line share a port, and a port opens once: the operator can go back and forth
 // between them when the others let go of it first.
 static void releasePortOf(clsKeldoX &device)
 {
     const auto &devices = app().devices;
-    for (int slot = 1; slot <= 8; ++slot)
+    for (int slot = 1; slot <= channelCount; ++slot)
         if (const auto other = devices[slot];
             other && other.get() != &device &&
             other->commPort()->PortNumber() == device.commPort()->PortNumber())
@@ -35,8 +33,8 @@ static void showConnected(clsKeldoX &device)
     resumeNext(
         connectSource, [&] { mainWindow->EnablePresetsIfTheyreValid(); },
         [&] { channelsWindow->refreshChannelDisplays(); },
-        [&] { mainWindow->setStatusPanel(connectionPanel, text); },
-        [&] { channelsWindow->setStatusPanel(connectionPanel, text); });
+        [&] { mainWindow->setStatusPanel(MainPanel::connection, text); },
+        [&] { channelsWindow->setStatusPanel(ChannelsPanel::connection, text); });
 }
 
 static void showNotConnected(const std::shared_ptr<clsKeldoX> &device)
@@ -52,7 +50,7 @@ static void showNotConnected(const std::shared_ptr<clsKeldoX> &device)
         },
         // The frequency of the unit before must not stand under this channel's name.
         [&] { mainWindow->showNotConnected(); },
-        [&] { mainWindow->setStatusPanel(connectionPanel, Words::notConnected); },
+        [&] { mainWindow->setStatusPanel(MainPanel::connection, Words::notConnected); },
         [&] { channelsWindow->showNotConnected(); });
 }
 
@@ -74,44 +72,62 @@ static QString connectingText(clsKeldoX &unit, std::int16_t channel)
     return text + QLatin1Char('.');
 }
 
+// What both windows say first, and the channel's unit; one is made where the slot is empty.
+static std::shared_ptr<clsKeldoX> prepare(std::int16_t channel)
+{
+    AppState &state = app();
+    std::shared_ptr<clsKeldoX> unit;
+    resumeNext(
+        connectSource,
+        [&] { state.mainWindow->setCurrentChannelCaption(Words::activeChannel(activeChannel())); },
+        [&] {
+            state.mainWindow->setStatusPanel(MainPanel::connection,
+                                             QStringLiteral("CONNECTING..."));
+        },
+        [&] {
+            state.channelsWindow()->setStatusPanel(ChannelsPanel::connection,
+                                                   QStringLiteral("     "));
+        },
+        [&] { disableAllChannels(channel); },
+        [&] {
+            auto &slot = state.devices[channel];
+            if (!slot)
+                slot = makeUnit();
+            unit = slot;
+        });
+    return unit;
+}
+
+static bool connectUnit(const std::shared_ptr<clsKeldoX> &unit, std::int16_t channel)
+{
+    bool connected = false;
+    resumeNext(
+        connectSource, [&] { releasePortOf(*unit); }, [&] { pointWindowsAt(unit); },
+        [&] {
+            app().connecting = unit;
+            showProgressLine(connectingText(*unit, channel));
+        },
+        // A unit that was lost while it was read has told its name, but is not connected.
+        [&] { connected = unit->Initialize() && unit->PortIsOpen(); });
+    app().connecting.reset();
+    return connected;
+}
+
 std::int16_t ConnectToDevice(std::shared_ptr<clsKeldoX> &device, std::int16_t channel)
 {
     const QString source = QStringLiteral("Channel%1 ").arg(channel);
     resumeNext(connectSource, [&] { logEvent(source, QStringLiteral("connecting... ")); });
     if (channel == 0)
         return 0;
-    AppState &state = app();
-    std::shared_ptr<clsKeldoX> unit;
-    resumeNext(
-        connectSource,
-        [&] {
-            state.mainWindow->setCurrentChannelCaption(
-                QStringLiteral("Active Channel %1").arg(activeChannel()));
-        },
-        [&] { state.mainWindow->setStatusPanel(connectionPanel, QStringLiteral("CONNECTING...")); },
-        [&] { state.channelsWindow()->setStatusPanel(connectionPanel, QStringLiteral("     ")); },
-        [&] { disableAllChannels(channel); },
-        [&] {
-            auto &slot = state.devices[channel];
-            if (!slot)
-                slot = makeUnit();
-            unit = device = slot;
-        });
-    bool connected = false;
+    const auto unit = prepare(channel);
     if (unit)
-        resumeNext(
-            connectSource, [&] { releasePortOf(*unit); }, [&] { pointWindowsAt(unit); },
-            [&] {
-                state.connecting = unit;
-                showProgressLine(connectingText(*unit, channel));
-            },
-            // A unit that was unplugged while it was read has told its name, but is not connected.
-            [&] { connected = unit->Initialize() && unit->PortIsOpen(); });
-    state.connecting.reset();
+        device = unit;
+    const bool connected = unit && connectUnit(unit, channel);
     // The window may have been closed while the unit was read.
     if (EventQueue::ending())
         return 0;
-    if (!state.search)
+    // A search goes on with its own line.
+    if (!app().search)
         resumeNext(connectSource, [] { showProgressLine({}); });
     if (connected) {
         showConnected(*unit);

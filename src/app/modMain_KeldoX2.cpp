@@ -1,6 +1,7 @@
 // Start-up and the shared helpers.
 #include "app/modMain_KeldoX2.h"
 
+#include "app/Words.h"
 #include "core/ResumeNext.h"
 #include "core/clsLogger.h"
 #include "platform/EventQueue.h"
@@ -91,7 +92,7 @@ int activeChannel()
 void disableAllChannels(int spare)
 {
     auto &channels = app().channels;
-    for (int number = 1; number <= 8; ++number)
+    for (int number = 1; number <= channelCount; ++number)
         if (number != spare && channels[number])
             resumeNext("modMain_KeldoX2.disableAllChannels",
                        [&] { channels[number]->DisableControls(); });

@@ -18,6 +18,7 @@
 #include <memory>
 #include <optional>
 
+class Levels;
 class clsKeldoX;
 
 class clsChannel : public QObject,
@@ -105,7 +106,7 @@ private:
         double maximumAttenuation = 0; // dB
         double attenuationStep = 0;    // dB
     };
-    using Setting = void (clsKeldoX::*)(double decibels);
+    using Setting = void (Levels::*)(double decibels);
 
     std::shared_ptr<clsKeldoX> unit() const;
     const ChannelRowControls &row() const;

@@ -10,10 +10,15 @@
 
 #include <limits>
 
+static Levels &levelsOf(clsKeldoX &unit)
+{
+    return unit;
+}
+
 void clsChannel::sendTyped(int keyCode, const QLineEdit &box, Setting setting)
 {
     if (keyCode == enterKeyCode && isNumeric(box.text()))
-        (unit().get()->*setting)(numericValue(box.text()));
+        (levelsOf(*unit()).*setting)(numericValue(box.text()));
 }
 
 void clsChannel::txtChanAttenKeyUp(int keyCode)
@@ -44,7 +49,7 @@ void clsChannel::stepBy(UpDown &arrows, QLineEdit &box, double change, double lo
     // The number as it will be written: fractions must reach the bounds exactly.
     const double value = leadingNumber(numberToText(leadingNumber(box.text()) + change));
     if (value >= lowest && value <= highest)
-        (device.get()->*setting)(value);
+        (levelsOf(*device).*setting)(value);
     if (!box.isEnabledTo(box.parentWidget()))
         hold.keepDisabled();
 }
