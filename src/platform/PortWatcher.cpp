@@ -12,8 +12,9 @@ PortWatcher::PortWatcher(QObject *parent) : QObject(parent)
     connect(&m_timer, &QTimer::timeout, this, &PortWatcher::look);
 }
 
-void PortWatcher::start()
+void PortWatcher::start(MayLook mayLook)
 {
+    m_mayLook = std::move(mayLook);
     m_before = present();
     m_timer.start();
 }
@@ -33,9 +34,11 @@ QStringList PortWatcher::present()
 
 void PortWatcher::look()
 {
+    if (m_mayLook && !m_mayLook())
+        return;
     const QStringList now = present();
     if (now == m_before)
         return;
     m_before = now;
-    emit Changed();
+    emit Changed(static_cast<int>(now.size()));
 }

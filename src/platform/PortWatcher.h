@@ -5,6 +5,8 @@
 #include <QStringList>
 #include <QTimer>
 
+#include <functional>
+
 class PortWatcher : public QObject
 {
     Q_OBJECT
@@ -12,12 +14,15 @@ class PortWatcher : public QObject
 public:
     explicit PortWatcher(QObject *parent = nullptr);
 
-    // Looks about once a second from now on. What is there now is no news.
-    void start();
+    // Looks about once a second from now on, unless it may not look just now. What is there now is
+    // no news.
+    using MayLook = std::function<bool()>;
+    void start(MayLook mayLook = {});
     void stop() { m_timer.stop(); }
 
 signals:
-    void Changed();
+    // So many numbers have a device now.
+    void Changed(int ports);
 
 private:
     static QStringList present();
@@ -25,4 +30,5 @@ private:
 
     QTimer m_timer;
     QStringList m_before;
+    MayLook m_mayLook;
 };

@@ -134,10 +134,15 @@ void frmConnectToComport::listPorts()
 }
 
 // A port came or went. What was chosen or typed stays.
-void frmConnectToComport::listAgain()
+void frmConnectToComport::listAgain(int ports)
 {
     if (m_connecting || !isVisible())
         return;
+    if (ports == 0) { // the operator sees it, and needs no report
+        m_ui->comboComPort->clear();
+        m_ui->comboComPort->setEnabled(false);
+        return;
+    }
     const QString typed = m_ui->comboComPort->currentText();
     listPorts();
     if (!typed.isEmpty() && m_ui->comboComPort->isEnabled())

@@ -35,7 +35,7 @@ private:
     void Form_Load();
     void addLines();
     void listPorts();
-    void listAgain();
+    void listAgain(int ports);
     void showPortsDevice();
     static QLabel *makeLine(QWidget *parent, const QString &name);
     void Connect();

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "app/Views.h"
+#include "platform/PortWatcher.h"
 #include "ui/monitor/DisplayText.h"
 
 #include <QElapsedTimer>
@@ -64,6 +65,7 @@ private:
 
     void bindCommands();
     void listPorts();
+    void listAgain(int ports);
     void cmdConnect_Click();
     void cmdSendCommand_Click();
     void comboCommand_KeyUp();
@@ -83,4 +85,5 @@ private:
     QString m_reply;                     // received and not logged yet
     QTimer m_replyTimer;                 // logs what no carriage return ends
     bool m_listing = false;              // the ports are being listed
+    PortWatcher m_watcher;
 };

@@ -11,6 +11,7 @@
 #include "platform/Application.h"
 #include "ui_frmIODaemon.h"
 #include "widgets/EntryEvents.h"
+#include "widgets/PortBox.h"
 
 #include <QCloseEvent>
 #include <QLineEdit>
@@ -27,6 +28,8 @@ static QString monitorName()
 
 void frmIODaemon::bindCommands()
 {
+    showPortDescriptions(*m_ui->comboComPort);
+    connect(&m_watcher, &PortWatcher::Changed, this, &frmIODaemon::listAgain);
     for (QComboBox *combo : {m_ui->comboComPort, m_ui->comboCommand}) {
         combo->setCompleter(nullptr);
         combo->setInsertPolicy(QComboBox::NoInsert);
@@ -57,9 +60,22 @@ void frmIODaemon::listPorts()
     }
     const QScopedValueRollback listing(m_listing, true);
     const QString typed = m_ui->comboComPort->currentText();
-    PopulateComboBox(*m_ui->comboComPort);
+    for (const QString &refused : PopulateComboBox(*m_ui->comboComPort))
+        logEvent(monitorName(), refused);
     if (!typed.isEmpty())
         m_ui->comboComPort->setEditText(typed);
+    m_watcher.start([] { return !app().search; });
+}
+
+// A port came or went. With none left there is nothing to list, and nothing to report.
+void frmIODaemon::listAgain(int ports)
+{
+    if (ports > 0) {
+        listPorts();
+    } else if (!m_listing) {
+        m_ui->comboComPort->clear();
+        m_ui->comboComPort->setEnabled(false);
+    }
 }
 
 void frmIODaemon::cmdConnect_Click()
@@ -92,6 +108,7 @@ void frmIODaemon::closeComPort()
 
 void frmIODaemon::closeEvent(QCloseEvent *event)
 {
+    m_watcher.stop();
     closeComPort();
     QMainWindow::closeEvent(event);
 }

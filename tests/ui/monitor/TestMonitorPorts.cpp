@@ -57,6 +57,7 @@ private slots:
     void aSearchBegunDuringTheListing();
     void aListingAskedForDuringASearch();
     void aMonitorClosedMeanwhileListsNothing();
+    void theListFollowsWhatIsPluggedInAndSaysWhatIsRefused();
 };
 
 void TestMonitorPorts::noPortIsHeldWhileOthersHaveTheirTurn()
@@ -138,6 +139,32 @@ void TestMonitorPorts::aMonitorClosedMeanwhileListsNothing()
     app().search.reset();
     QTest::qWait(50);
     QCOMPARE(site.ports()->count(), 0);
+}
+
+void TestMonitorPorts::theListFollowsWhatIsPluggedInAndSaysWhatIsRefused()
+{
+    Site site;
+    QSerialPort holder(QString::fromStdString(site.search.line(1).device()));
+    QVERIFY(holder.open(QIODevice::ReadWrite));
+    site.window->show();
+    QTRY_COMPARE(site.listed(), site.expected);
+    QTRY_VERIFY(!site.search.logOf(QStringLiteral("IO monitor"))
+                     .filter(QStringLiteral("COM1: "))
+                     .filter(QStringLiteral(" is in use by "))
+                     .isEmpty());
+    QVERIFY(site.ports()
+                ->itemData(1, Qt::AccessibleTextRole)
+                .toString()
+                .contains(QStringLiteral("linked as com2")));
+    site.ports()->setEditText(QStringLiteral("77"));
+    site.search.answerAlways(9, "something else");
+    QTRY_COMPARE_WITH_TIMEOUT(site.listed().size(), 3, 5000);
+    QCOMPARE(site.ports()->currentText(), QStringLiteral("77"));
+    // The last ones gone, the list is empty and no box reports it.
+    for (const int port : {1, 2, 9, 250})
+        site.search.fixture.unplug(port);
+    QTRY_VERIFY_WITH_TIMEOUT(site.listed().isEmpty(), 5000);
+    QVERIFY(!site.ports()->isEnabled());
 }
 
 KELDOX_TEST(TestMonitorPorts)
