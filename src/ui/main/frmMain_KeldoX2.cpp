@@ -7,7 +7,10 @@
 #include "core/ResumeNext.h"
 #include "platform/Application.h"
 #include "platform/EventQueue.h"
-#include "ui/dialogs/frmPasswordBox.h"
+#include "ui/main/HelpMenu.h"
+#include "ui/main/InputLimiting.h"
+#include "ui/main/PasswordRequest.h"
+#include "ui/main/PlanCaptions.h"
 #include "ui/main/Polling.h"
 #include "ui/main/Presets.h"
 #include "ui/main/Tuning.h"
@@ -45,10 +48,10 @@ void frmMain_KeldoX2::bindControls()
     m_tuning = std::make_unique<Tuning>(*m_ui, m_shown);
     m_presets = std::make_unique<Presets>(*m_ui, m_shown);
     m_polling = std::make_unique<Polling>(*m_ui, this);
-    optInputLimit.insert({m_ui->optInputLimit_1, m_ui->optInputLimit_2, m_ui->optInputLimit_3}, 1);
-    for (const int mode : optInputLimit.all().keys())
-        m_inputLimits.add(mode, optInputLimit(mode));
-    connect(&m_inputLimits, &OptionSet::Click, this, &frmMain_KeldoX2::optInputLimit_Click);
+    m_limiting = std::make_unique<InputLimiting>(*m_ui, m_shown);
+    m_password = std::make_unique<PasswordRequest>(m_shown);
+    m_captions = std::make_unique<PlanCaptions>(*m_ui);
+    m_help = std::make_unique<HelpMenu>(*m_ui, this);
 }
 
 static const double heroScale = 2.6; // of the window's own font, and at most three times that

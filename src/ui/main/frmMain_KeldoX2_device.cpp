@@ -8,15 +8,13 @@
 #include "app/modMain_KeldoX2.h"
 #include "core/ResumeNext.h"
 #include "core/TextNumbers.h"
-#include "platform/EventQueue.h"
-#include "ui/dialogs/frmPasswordBox.h"
+#include "ui/main/InputLimiting.h"
+#include "ui/main/PasswordRequest.h"
+#include "ui/main/PlanCaptions.h"
 #include "ui/main/Presets.h"
 #include "ui/main/Tuning.h"
 #include "ui/main/clsPelltrim.h"
 #include "ui_frmMain_KeldoX2.h"
-#include "widgets/EntryMark.h"
-
-static constexpr double hertzPerKilohertz = 1000;
 
 // Emptied first: no value of the unit before stands under this one's name.
 void frmMain_KeldoX2::setDevice(std::shared_ptr<clsKeldoX> device)
@@ -36,34 +34,15 @@ void frmMain_KeldoX2::setDevice(std::shared_ptr<clsKeldoX> device)
 void frmMain_KeldoX2::followEvents()
 {
     const clsKeldoX *unit = m_shown.mDevice.get();
-    connect(unit, &clsKeldoX::GetPassword, this, &frmMain_KeldoX2::mDevice_GetPassword);
+    m_password->follow(*unit);
     connect(unit, &clsKeldoX::StatusChange, this, &frmMain_KeldoX2::mDevice_StatusChange);
-    connect(unit, &clsKeldoX::InputLimitingModeChange, this,
-            &frmMain_KeldoX2::mDevice_InputLimitingModeChange);
-    connect(unit, &clsKeldoX::InputAttenChange, this, &frmMain_KeldoX2::mDevice_InputAttenChange);
+    m_limiting->follow(*unit);
+    connect(unit, &clsKeldoX::InputAttenChange, this, &frmMain_KeldoX2::showInputAttenuation);
     m_tuning->follow(*unit);
     connect(unit, &clsKeldoX::DUTChange, this, &frmMain_KeldoX2::mDevice_DUTChange);
     connect(unit, &clsKeldoX::LinkLost, this, &frmMain_KeldoX2::mDevice_LinkLost);
     connect(unit, &clsKeldoX::ConfirmationChange, this,
             &frmMain_KeldoX2::mDevice_ConfirmationChange);
-}
-
-// The command is sent also after Cancel, deliberately, then with nothing behind the blank.
-void frmMain_KeldoX2::mDevice_GetPassword()
-{
-    if (m_passwordBox) // one box is enough, whatever else is refused while it is open
-        return;
-    reportAndEnd("formMain.DUT_GetPassword", [this] {
-        const auto unit = m_shown.mDevice;
-        QString password;
-        m_passwordBox = std::make_unique<frmPasswordBox>();
-        m_passwordBox->showModal();
-        if (m_passwordBox->answerStatus() == frmPasswordBox::Entered)
-            password = m_passwordBox->result();
-        m_passwordBox.reset();
-        if (!EventQueue::ending())
-            unit->deviceWrite(QStringLiteral("PASSWORD ") + password);
-    });
 }
 
 static QString meaningOf(qint32 status)
@@ -126,20 +105,7 @@ void frmMain_KeldoX2::mDevice_ConfirmationChange(UnitValue value, bool confirmed
     if (value == UnitValue::Frequency)
         m_tuning->markFrequency(confirmed);
     else if (value == UnitValue::InputLimiting)
-        markConfirmed(*m_ui->FrameInputLimiting, confirmed);
-}
-
-void frmMain_KeldoX2::mDevice_InputLimitingModeChange(qint16 mode)
-{
-    reportAndEnd("formMain.DUT_InputLimitingModeChange", [&] {
-        if (!m_shown.reportsAreStale)
-            ShowInputLimitingMode(mode);
-    });
-}
-
-void frmMain_KeldoX2::mDevice_InputAttenChange(double decibels)
-{
-    showInputAttenuation(decibels);
+        m_limiting->mark(confirmed);
 }
 
 void frmMain_KeldoX2::showInputAttenuation(std::optional<double> decibels)
@@ -152,27 +118,6 @@ void frmMain_KeldoX2::showInputAttenuation(std::optional<double> decibels)
     else
         m_ui->ShapeOneBitLight->setFillColor(IndicatorLight::buttonFace,
                                              decibels ? tr("off") : tr("not known"));
-}
-
-void frmMain_KeldoX2::ShowInputLimitingMode(std::int16_t mode)
-{
-    const bool offered = optInputLimit.all().contains(mode);
-    m_inputLimitingMode = offered ? mode : std::int16_t{0};
-    m_ui->FrameInputLimiting->setEnabled(offered);
-    for (QRadioButton *button : optInputLimit.all())
-        button->setEnabled(offered);
-    m_inputLimits.select(m_inputLimitingMode);
-}
-
-void frmMain_KeldoX2::optInputLimit_Click(int index)
-{
-    // Refused, or not sent at all: the buttons show the mode that the unit has.
-    handle(
-        "frmMain.optInputLimit_Click",
-        [index, unit = m_shown.mDevice] {
-            unit->setInputLimitingMode(static_cast<std::int16_t>(index));
-        },
-        Afterwards{[this] { m_inputLimits.select(m_inputLimitingMode); }});
 }
 
 // Each step that follows a wait looks whether the unit is still the one that is shown.
@@ -192,14 +137,15 @@ void frmMain_KeldoX2::mDevice_DUTChange()
     resumeNext(
         "frmMain.mDevice_DUTChange", [&] { m_tuning->showRange(*unit); },
         whileShown([&] { spacing = unit->ChannelSpacing(); }),
-        whileShown([&] { showSpacing(spacing); }), whileShown([&] { showBandwidth(*unit); }),
+        whileShown([&] { m_captions->showSpacing(spacing); }),
+        whileShown([&] { m_captions->showBandwidth(*unit); }),
         whileShown([&] { m_presets->UpdateFreqs(*unit, spacing > 0); }),
         whileShown([&] { m_tuning->setPlan(unit->StartFreq(), spacing); }),
         whileShown([&] { setCurrentChannelCaption(Words::activeChannel(activeChannel())); }),
         whileShown([&] {
             const std::int16_t mode = unit->InputLimitingMode();
             if (shown)
-                ShowInputLimitingMode(mode);
+                m_limiting->ShowInputLimitingMode(mode);
         }),
         whileShown([&] {
             m_presets->refresh();
@@ -210,19 +156,4 @@ void frmMain_KeldoX2::mDevice_DUTChange()
             m_tuning->enable();
             focusFrequency();
         }));
-}
-
-void frmMain_KeldoX2::showSpacing(std::int32_t hertz)
-{
-    m_unitWasShown = true;
-    m_ui->lblChannelSpacing->setText(numberToTextWithBlank(hertz / hertzPerKilohertz) +
-                                     QStringLiteral(" kHz frequency spacing"));
-}
-
-void frmMain_KeldoX2::showBandwidth(clsKeldoX &device)
-{
-    const double bandwidth = device.ChanBW() / hertzPerKilohertz;
-    m_ui->lblbandwidth->setText(bandwidth == 0 ? QString()
-                                               : numberToTextWithBlank(bandwidth) +
-                                                     QStringLiteral(" kHz channel bandwidth"));
 }

@@ -4,6 +4,8 @@
 #include "app/Words.h"
 #include "app/modMain_KeldoX2.h"
 #include "core/ResumeNext.h"
+#include "ui/main/InputLimiting.h"
+#include "ui/main/PlanCaptions.h"
 #include "ui/main/Polling.h"
 #include "ui/main/Presets.h"
 #include "ui/main/Tuning.h"
@@ -53,7 +55,7 @@ void frmMain_KeldoX2::disableUnitControls()
 {
     m_shown.tunable.renew();
     m_tuning->disable();
-    ShowInputLimitingMode(0);
+    m_limiting->ShowInputLimitingMode(0);
     if (Pelltrim)
         Pelltrim->DisableControls();
 }
@@ -63,13 +65,10 @@ void frmMain_KeldoX2::clearUnit()
 {
     m_tuning->clear();
     m_presets->clearFreqs();
-    markConfirmed(*m_ui->FrameInputLimiting, true);
+    m_limiting->mark(true);
     showInputAttenuation({});
     setStatusPanel(MainPanel::unitStatus, {});
-    if (!m_unitWasShown)
-        return;
-    m_ui->lblChannelSpacing->clear();
-    m_ui->lblbandwidth->clear();
+    m_captions->clear();
 }
 
 void frmMain_KeldoX2::ClearDisplays()

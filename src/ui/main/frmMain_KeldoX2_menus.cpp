@@ -10,6 +10,7 @@
 #include "core/ResumeNext.h"
 #include "device/clsKeldoX.h"
 #include "platform/EventQueue.h"
+#include "ui/connect/frmConnectToComport.h"
 #include "ui/main/clsPelltrim.h"
 #include "ui_frmMain_KeldoX2.h"
 #include "widgets/SearchStrip.h"
@@ -28,11 +29,6 @@ void frmMain_KeldoX2::bindMenus()
             &frmMain_KeldoX2::mnuConnectComport_Click);
     connect(m_ui->mnuConnectKnownComport, &QAction::triggered, this,
             &frmMain_KeldoX2::mnuConnectKnownComport_Click);
-    connect(m_ui->mnuHelpContents, &QAction::triggered, this,
-            &frmMain_KeldoX2::mnuHelpContents_Click);
-    connect(m_ui->mnuHelpAbout, &QAction::triggered, this, &frmMain_KeldoX2::mnuHelpAbout_Click);
-    connect(m_ui->mnuHelpContact, &QAction::triggered, this,
-            &frmMain_KeldoX2::mnuHelpContact_Click);
     bindRunning();
     addReadAgain();
     connect(&app().guard(), &EventGuard::changed, this, &frmMain_KeldoX2::updateEntries);
@@ -147,6 +143,22 @@ void frmMain_KeldoX2::mnuConnectComport_Click()
     whileGuarded([this] {
         resumeNext(
             "frmMain.mnuConnectComport_Click", [this] { stopPolling(); }, [] { SearchPorts(1); },
+            [this] {
+                if (!EventQueue::ending())
+                    restartPollingIfChecked();
+            });
+    });
+}
+
+void frmMain_KeldoX2::mnuConnectKnownComport_Click()
+{
+    whileGuarded([this] {
+        resumeNext(
+            "frmMain.mnuConnectKnownComport_Click", [this] { stopPolling(); },
+            [this] {
+                frmConnectToComport dialog(this);
+                dialog.showModal();
+            },
             [this] {
                 if (!EventQueue::ending())
                     restartPollingIfChecked();

@@ -92,7 +92,7 @@ void TestSpokenMain::theSlidersSpeakTheirBoxes()
 void TestSpokenMain::inputLimitingIsHeardAsOptions()
 {
     ConnectedBench bench;
-    bench.window->ShowInputLimitingMode(2);
+    emit bench.window->device()->InputLimitingModeChange(2);
     for (int mode = 1; mode <= 3; ++mode) {
         auto *option =
             bench.find<QRadioButton>(qPrintable(QStringLiteral("optInputLimit_%1").arg(mode)));
