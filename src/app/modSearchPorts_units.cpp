@@ -4,6 +4,7 @@
 
 #include "app/AppState.h"
 #include "app/Units.h"
+#include "app/Words.h"
 #include "core/ResumeNext.h"
 #include "core/TextNumbers.h"
 #include "discovery/PortList.h"
@@ -17,7 +18,7 @@
 static void announceUnit(std::int16_t port)
 {
     const QString text = QStringLiteral("FOUND AN KELDO-X ON COM%1").arg(port);
-    app().mainWindow->setStatusPanel(1, text);
+    app().mainWindow->setStatusPanel(MainPanel::connection, text);
     logEvent(QStringLiteral("SearchComPorts"), text);
 }
 

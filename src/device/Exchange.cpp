@@ -256,7 +256,7 @@ void Exchange::logBadReply() const
         logEvent(logName(), QStringLiteral(" bad reply <") + m_lastReply + QStringLiteral(">"));
 }
 
-// Each transaction raises its own status: a query made by a handler of an earlier event must not
+// Each exchange raises its own status: a query made by a handler of an earlier event must not
 // change it.
 void Exchange::finish(std::int32_t status)
 {

@@ -57,7 +57,7 @@ public:
     void UNLISTEN();                   // sends >UNLISTEN
     QString ID();                      // *ID?; "???" when the unit did not understand
     static bool IsAnKeldoXID(const QString &text);
-    std::int16_t addr(); // no transaction
+    std::int16_t addr(); // no exchange: nothing is sent
     // With the port closed the address is stored for Initialize; with the port open the unit is
     // given it (!ADDR).
     void setAddr(std::int16_t address);

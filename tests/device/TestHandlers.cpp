@@ -1,4 +1,4 @@
-// What handlers of the unit's events may do: ask the unit in the middle of a transaction, which
+// What handlers of the unit's events may do: ask the unit in the middle of a exchange, which
 // still raises its own status in the end.
 #include "device/UnitFixture.h"
 

@@ -140,7 +140,7 @@ void TestIdentity::identityAnswersNothingOnAClosedPort()
     QCOMPARE(f.line.commands().size(), std::size_t(0));
 }
 
-// A window that fails while polling is stopped: the transaction is reported under its own name and
+// A window that fails while polling is stopped: the exchange is reported under its own name and
 // still goes on.
 void TestIdentity::aRunTimeErrorIsReportedAndTheObjectGoesOn()
 {

@@ -1,4 +1,4 @@
-// Revision, bus address and lock state of a unit.
+// Revision, address and lock state of a unit.
 #include "device/UnitFixture.h"
 
 class TestUnitState : public QObject

@@ -206,7 +206,7 @@ void TestUnplugged::anObjectDroppedWhileItWaits_data()
     row("setZN_calMode", "StatusChange 0", [](clsKeldoX &u) { u.setZN_calMode(true); });
 }
 
-// A search clears the device table under a waiting transaction: the object lives to its end.
+// A search clears the unit table under a waiting exchange: the object lives to its end.
 void TestUnplugged::anObjectDroppedWhileItWaits()
 {
     QFETCH(Act, act);

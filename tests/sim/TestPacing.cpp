@@ -28,7 +28,7 @@ double lineTime(std::size_t bytes)
 
 } // namespace
 
-class PacingTest : public QObject
+class TestPacing : public QObject
 {
     Q_OBJECT
 
@@ -46,13 +46,13 @@ private slots:
     void unpacedLineIsFaster();
 };
 
-void PacingTest::byteTakesTenBits()
+void TestPacing::byteTakesTenBits()
 {
     QCOMPARE(WireClock::bytesTime(1920).count(), 1'000'000'000);
     QCOMPARE(WireClock::bytesTime(1).count(), 520'833);
 }
 
-void PacingTest::replyFollowsTheCommandsLastByte()
+void TestPacing::replyFollowsTheCommandsLastByte()
 {
     WireClock clock;
     const auto start = Clock::now();
@@ -62,7 +62,7 @@ void PacingTest::replyFollowsTheCommandsLastByte()
     QCOMPARE((begin - commandEnd).count(), 0);
 }
 
-void PacingTest::promptCommandsAddUpToTheLinesOwnTime()
+void TestPacing::promptCommandsAddUpToTheLinesOwnTime()
 {
     WireClock clock;
     const auto start = Clock::now();
@@ -76,7 +76,7 @@ void PacingTest::promptCommandsAddUpToTheLinesOwnTime()
     QVERIFY2(std::abs(total - lineTime(11000)) < 0.001, qPrintable(QString::number(total)));
 }
 
-void PacingTest::thinkingTimeIsNotForgiven()
+void TestPacing::thinkingTimeIsNotForgiven()
 {
     WireClock clock;
     const auto start = Clock::now();
@@ -85,7 +85,7 @@ void PacingTest::thinkingTimeIsNotForgiven()
     QCOMPARE((clock.received(next, 7) - next).count(), WireClock::bytesTime(7).count());
 }
 
-void PacingTest::commandDuringAReplyRunsBesideIt()
+void TestPacing::commandDuringAReplyRunsBesideIt()
 {
     WireClock clock;
     const auto start = Clock::now();
@@ -95,7 +95,7 @@ void PacingTest::commandDuringAReplyRunsBesideIt()
     QCOMPARE((clock.received(during, 5) - during).count(), WireClock::bytesTime(5).count());
 }
 
-void PacingTest::secondReplyWaitsForTheFirst()
+void TestPacing::secondReplyWaitsForTheFirst()
 {
     WireClock clock;
     const auto start = Clock::now();
@@ -103,7 +103,7 @@ void PacingTest::secondReplyWaitsForTheFirst()
     QCOMPARE((clock.book(start, 5) - start).count(), WireClock::bytesTime(10).count());
 }
 
-void PacingTest::outboxKeepsItsOrder()
+void TestPacing::outboxKeepsItsOrder()
 {
     Outbox outbox;
     const auto start = Clock::now();
@@ -120,7 +120,7 @@ void PacingTest::outboxKeepsItsOrder()
     QVERIFY(!outbox.nextDue().has_value());
 }
 
-void PacingTest::replyIsNeverEarly()
+void TestPacing::replyIsNeverEarly()
 {
     SimulatedLine line;
     line.addUnit(std::make_shared<SimulatedUnit>());
@@ -165,7 +165,7 @@ static double handOverTime(SimulatedLine &line, TerminalPeer &peer)
 
 // A machine that is busy with other things delays some exchanges, and that is not the line's doing:
 // the one in the middle counts, and one run of five will do. The sum is never less than the line's.
-void PacingTest::manyExchangesTakeTheLinesOwnTime()
+void TestPacing::manyExchangesTakeTheLinesOwnTime()
 {
     SimulatedLine line;
     line.addUnit(std::make_shared<SimulatedUnit>());
@@ -189,7 +189,7 @@ void PacingTest::manyExchangesTakeTheLinesOwnTime()
     QVERIFY2(best <= 0.003, qPrintable(QString::number(best)));
 }
 
-void PacingTest::lateReplyAndPaceAddUp()
+void TestPacing::lateReplyAndPaceAddUp()
 {
     SimulatedLine line;
     line.addUnit(std::make_shared<SimulatedUnit>());
@@ -202,7 +202,7 @@ void PacingTest::lateReplyAndPaceAddUp()
     QVERIFY(Seconds(Clock::now() - start).count() >= 0.05 + lineTime(13));
 }
 
-void PacingTest::unpacedLineIsFaster()
+void TestPacing::unpacedLineIsFaster()
 {
     SimulatedLine line;
     line.addUnit(std::make_shared<SimulatedUnit>());
@@ -213,5 +213,5 @@ void PacingTest::unpacedLineIsFaster()
     QVERIFY(Seconds(Clock::now() - start).count() < lineTime(std::size_t(200) * 9) / 2);
 }
 
-KELDOX_TEST(PacingTest)
-#include "PacingTest.moc"
+KELDOX_TEST(TestPacing)
+#include "TestPacing.moc"

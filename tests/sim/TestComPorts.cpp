@@ -13,7 +13,7 @@
 namespace fs = std::filesystem;
 using Numbers = std::vector<int>;
 
-class ComPortsTest : public QObject
+class TestComPorts : public QObject
 {
     Q_OBJECT
 
@@ -38,26 +38,26 @@ private:
     QByteArray mHomeBefore;
 };
 
-void ComPortsTest::init()
+void TestComPorts::init()
 {
     mHome = std::make_unique<QTemporaryDir>();
     mHomeBefore = qgetenv("XDG_DATA_HOME");
     qputenv("XDG_DATA_HOME", mHome->path().toLocal8Bit());
 }
 
-void ComPortsTest::cleanup()
+void TestComPorts::cleanup()
 {
     qputenv("XDG_DATA_HOME", mHomeBefore);
 }
 
-void ComPortsTest::folderLiesInTheUsersData()
+void TestComPorts::folderLiesInTheUsersData()
 {
     const std::string home = mHome->path().toStdString();
     QCOMPARE(sim::portsFolder(), home + "/keldo-x/ports");
     QCOMPARE(sim::portLinkPath(12), home + "/keldo-x/ports/com12");
 }
 
-void ComPortsTest::linkLeadsToTheDeviceAndGoes()
+void TestComPorts::linkLeadsToTheDeviceAndGoes()
 {
     const fs::path path = sim::portLinkPath(4);
     {
@@ -70,7 +70,7 @@ void ComPortsTest::linkLeadsToTheDeviceAndGoes()
     QVERIFY(!fs::exists(fs::symlink_status(path)));
 }
 
-void ComPortsTest::linkOfSomebodyElseStays()
+void TestComPorts::linkOfSomebodyElseStays()
 {
     const fs::path path = sim::portLinkPath(4);
     {
@@ -81,7 +81,7 @@ void ComPortsTest::linkOfSomebodyElseStays()
     QCOMPARE(fs::read_symlink(path), fs::path("/dev/zero"));
 }
 
-void ComPortsTest::movedLinkGoesOnce()
+void TestComPorts::movedLinkGoesOnce()
 {
     std::vector<sim::ComPortLink> links;
     for (int number = 1; number <= 5; ++number) // grows, and so moves what it holds
@@ -91,7 +91,7 @@ void ComPortsTest::movedLinkGoesOnce()
     QCOMPARE(sim::linkedNumbers(), Numbers{});
 }
 
-void ComPortsTest::takenNumberIsRefused()
+void TestComPorts::takenNumberIsRefused()
 {
     const sim::ComPortLink link(4, "/dev/null");
     try {
@@ -103,14 +103,14 @@ void ComPortsTest::takenNumberIsRefused()
     QCOMPARE(fs::read_symlink(sim::portLinkPath(4)), fs::path("/dev/null"));
 }
 
-void ComPortsTest::numberOutsideTheRangeIsRefused()
+void TestComPorts::numberOutsideTheRangeIsRefused()
 {
     QVERIFY_THROWS_EXCEPTION(std::system_error, sim::ComPortLink(0, "/dev/null"));
     QVERIFY_THROWS_EXCEPTION(std::system_error, sim::ComPortLink(256, "/dev/null"));
     QCOMPARE(sim::linkedNumbers(), Numbers{});
 }
 
-void ComPortsTest::freeNumberPassesOverLinks()
+void TestComPorts::freeNumberPassesOverLinks()
 {
     const sim::ComPortLink third(3, "/dev/null");
     const sim::ComPortLink fifth(5, "/dev/null");
@@ -122,7 +122,7 @@ void ComPortsTest::freeNumberPassesOverLinks()
     QCOMPARE(sim::freeNumber(255, {255}), 0);
 }
 
-void ComPortsTest::foreignNamesAreNoNumbers()
+void TestComPorts::foreignNamesAreNoNumbers()
 {
     const sim::ComPortLink link(10, "/dev/null");
     for (const char *const name : {"com", "comx", "com3x", "com-1", "com0", "COM7", "acom8"})
@@ -130,7 +130,7 @@ void ComPortsTest::foreignNamesAreNoNumbers()
     QCOMPARE(sim::linkedNumbers(), Numbers{10});
 }
 
-void ComPortsTest::danglingLinksAreStale()
+void TestComPorts::danglingLinksAreStale()
 {
     fs::create_directories(sim::portsFolder());
     fs::create_symlink("/dev/pts/no-such-terminal", sim::portLinkPath(3));
@@ -141,7 +141,7 @@ void ComPortsTest::danglingLinksAreStale()
 }
 
 // A killed simulator's terminal name goes to the next terminal that is opened, whosever it is.
-void ComPortsTest::reusedTerminalIsStale()
+void TestComPorts::reusedTerminalIsStale()
 {
     const sim::SimulatedLine line;
     const std::string path = sim::portLinkPath(3);
@@ -152,7 +152,7 @@ void ComPortsTest::reusedTerminalIsStale()
     QCOMPARE(sim::removeStaleLinks(), Numbers{3});
 }
 
-void ComPortsTest::livingLinksAreNotStale()
+void TestComPorts::livingLinksAreNotStale()
 {
     const sim::SimulatedLine line;
     const sim::ComPortLink link(3, line.device());
@@ -165,7 +165,7 @@ void ComPortsTest::livingLinksAreNotStale()
     QVERIFY(fs::is_symlink(fs::path(sim::portsFolder()) / "readme"));
 }
 
-void ComPortsTest::noFolderMeansNoNumbers()
+void TestComPorts::noFolderMeansNoNumbers()
 {
     QCOMPARE(sim::linkedNumbers(), Numbers{});
     QCOMPARE(sim::removeStaleLinks(), Numbers{});
@@ -173,5 +173,5 @@ void ComPortsTest::noFolderMeansNoNumbers()
     QVERIFY(!fs::exists(sim::portsFolder()));
 }
 
-KELDOX_TEST(ComPortsTest)
-#include "ComPortsTest.moc"
+KELDOX_TEST(TestComPorts)
+#include "TestComPorts.moc"

@@ -24,7 +24,7 @@ struct Bench
 
 } // namespace
 
-class FaultTest : public QObject
+class TestFault : public QObject
 {
     Q_OBJECT
 
@@ -54,7 +54,7 @@ private slots:
     void noneEndsAFault();
 };
 
-void FaultTest::names()
+void TestFault::names()
 {
     QCOMPARE(sim::faultNames().size(), std::size_t(13));
     for (const std::string &name : sim::faultNames()) {
@@ -68,7 +68,7 @@ void FaultTest::names()
     QVERIFY(!sim::faultByName("").has_value());
 }
 
-void FaultTest::silenceLosesTheReplyOnly()
+void TestFault::silenceLosesTheReplyOnly()
 {
     Bench bench;
     bench.line.setFault(Fault::Silence);
@@ -78,7 +78,7 @@ void FaultTest::silenceLosesTheReplyOnly()
     QCOMPARE(bench.unit->step(), 5);
 }
 
-void FaultTest::lateReplyComesLate()
+void TestFault::lateReplyComesLate()
 {
     Bench bench;
     bench.line.setFault(Fault::LateReply);
@@ -92,7 +92,7 @@ void FaultTest::lateReplyComesLate()
     QVERIFY(Clock::now() - start < 300ms);
 }
 
-void FaultTest::lateReplyCanComeIntoTheNextExchange()
+void TestFault::lateReplyCanComeIntoTheNextExchange()
 {
     Bench bench;
     bench.line.setFault(Fault::LateReply, "*ID?");
@@ -101,7 +101,7 @@ void FaultTest::lateReplyCanComeIntoTheNextExchange()
     QCOMPARE(bench.peer.readLine(), std::string("KELDO-X\r"));
 }
 
-void FaultTest::splitReplyComesInGroups()
+void TestFault::splitReplyComesInGroups()
 {
     Bench bench;
     bench.line.setFault(Fault::SplitReply);
@@ -112,7 +112,7 @@ void FaultTest::splitReplyComesInGroups()
     QVERIFY(Clock::now() - start >= 40ms); // three groups of at most three bytes
 }
 
-void FaultTest::garbageIsPrintableNonsense()
+void TestFault::garbageIsPrintableNonsense()
 {
     Bench bench;
     bench.line.setFault(Fault::Garbage);
@@ -121,7 +121,7 @@ void FaultTest::garbageIsPrintableNonsense()
     QVERIFY(!reply.contains(QRegularExpression(QStringLiteral("[0-9]"))));
 }
 
-void FaultTest::binaryHoldsZeroAndHighBytes()
+void TestFault::binaryHoldsZeroAndHighBytes()
 {
     Bench bench;
     bench.line.setFault(Fault::Binary);
@@ -131,7 +131,7 @@ void FaultTest::binaryHoldsZeroAndHighBytes()
         QVERIFY(reply.find(byte) != std::string::npos);
 }
 
-void FaultTest::endlessEndsWithTheNextCommand()
+void TestFault::endlessEndsWithTheNextCommand()
 {
     Bench bench;
     bench.line.setFault(Fault::Endless, "", 1);
@@ -146,7 +146,7 @@ void FaultTest::endlessEndsWithTheNextCommand()
 }
 
 // At the line's pace a piece of the babble takes long enough to be cut short.
-void FaultTest::endlessStopsAtOnce()
+void TestFault::endlessStopsAtOnce()
 {
     Bench bench;
     bench.line.setPaced(true);
@@ -158,7 +158,7 @@ void FaultTest::endlessStopsAtOnce()
     QVERIFY2(rest.size() < 200, qPrintable(QString::number(rest.size())));
 }
 
-void FaultTest::endlessIsBounded()
+void TestFault::endlessIsBounded()
 {
     Bench bench;
     bench.line.setFault(Fault::Endless);
@@ -167,7 +167,7 @@ void FaultTest::endlessIsBounded()
     QCOMPARE(bench.peer.read(1, 200ms), std::string());
 }
 
-void FaultTest::endlessDoesNotWaitForTheProgram()
+void TestFault::endlessDoesNotWaitForTheProgram()
 {
     Bench bench;
     bench.line.setFault(Fault::Endless, "*ID?");
@@ -178,7 +178,7 @@ void FaultTest::endlessDoesNotWaitForTheProgram()
     QCOMPARE(bench.unit->step(), 5);
 }
 
-void FaultTest::emptyReply()
+void TestFault::emptyReply()
 {
     Bench bench;
     bench.line.setTerminator("\r\n");
@@ -187,7 +187,7 @@ void FaultTest::emptyReply()
     QCOMPARE(bench.peer.read(3, 100ms), std::string("\r\n"));
 }
 
-void FaultTest::wrongUnitWord_data()
+void TestFault::wrongUnitWord_data()
 {
     QTest::addColumn<QByteArray>("command");
     QTest::addColumn<QByteArray>("answer");
@@ -199,7 +199,7 @@ void FaultTest::wrongUnitWord_data()
     QTest::newRow("no unit word") << QByteArray("*MAX STEP?") << QByteArray("4000\r");
 }
 
-void FaultTest::wrongUnitWord()
+void TestFault::wrongUnitWord()
 {
     QFETCH(QByteArray, command);
     Bench bench;
@@ -207,7 +207,7 @@ void FaultTest::wrongUnitWord()
     QTEST(QByteArray::fromStdString(bench.peer.exchange(command.toStdString())), "answer");
 }
 
-void FaultTest::echoReachesNoUnit()
+void TestFault::echoReachesNoUnit()
 {
     Bench bench;
     bench.line.setFault(Fault::Echo);
@@ -216,7 +216,7 @@ void FaultTest::echoReachesNoUnit()
     QCOMPARE(bench.unit->step(), 0);
 }
 
-void FaultTest::unlockedReplacesLocked()
+void TestFault::unlockedReplacesLocked()
 {
     Bench bench;
     bench.line.setFault(Fault::Unlocked);
@@ -225,7 +225,7 @@ void FaultTest::unlockedReplacesLocked()
     QCOMPARE(bench.peer.exchange("*STEP?"), std::string("5\r"));
 }
 
-void FaultTest::permissionDeniedRefusesSettingsOnly()
+void TestFault::permissionDeniedRefusesSettingsOnly()
 {
     Bench bench;
     bench.line.setFault(Fault::PermissionDenied);
@@ -236,7 +236,7 @@ void FaultTest::permissionDeniedRefusesSettingsOnly()
     QCOMPARE(bench.peer.exchange(">UNLISTEN"), std::string("UNRECOGNIZED COMMAND\r"));
 }
 
-void FaultTest::unplugHangsUp()
+void TestFault::unplugHangsUp()
 {
     Bench bench;
     bench.line.setFault(Fault::Unplug, "*STEP");
@@ -246,7 +246,7 @@ void FaultTest::unplugHangsUp()
     QCOMPARE(bench.unit->step(), 0);
 }
 
-void FaultTest::prefixLimitsTheFault()
+void TestFault::prefixLimitsTheFault()
 {
     Bench bench;
     bench.line.setFault(Fault::Garbage, "*STEP");
@@ -255,7 +255,7 @@ void FaultTest::prefixLimitsTheFault()
     QVERIFY(bench.peer.exchange("*STEP 1") != "LOCKED\r");
 }
 
-void FaultTest::timesLimitTheFault()
+void TestFault::timesLimitTheFault()
 {
     Bench bench;
     bench.line.setFault(Fault::EmptyReply, "", 2);
@@ -267,7 +267,7 @@ void FaultTest::timesLimitTheFault()
     QCOMPARE(bench.peer.exchange("*STEP 2"), std::string("LOCKED\r"));
 }
 
-void FaultTest::unusedFaultIsNotUsedUp()
+void TestFault::unusedFaultIsNotUsedUp()
 {
     Bench bench;
     bench.line.setFault(Fault::Unlocked, "", 1);
@@ -276,7 +276,7 @@ void FaultTest::unusedFaultIsNotUsedUp()
     QCOMPARE(bench.peer.exchange("*STEP 2"), std::string("LOCKED\r"));
 }
 
-void FaultTest::faultsMeetTheResponderToo()
+void TestFault::faultsMeetTheResponderToo()
 {
     Bench bench;
     bench.line.setResponder([](const std::string &) { return std::string("7 dB"); });
@@ -284,7 +284,7 @@ void FaultTest::faultsMeetTheResponderToo()
     QCOMPARE(bench.peer.exchange("*ATTN?"), std::string("7 DB\r"));
 }
 
-void FaultTest::noneEndsAFault()
+void TestFault::noneEndsAFault()
 {
     Bench bench;
     bench.line.setFault(Fault::Garbage);
@@ -293,5 +293,5 @@ void FaultTest::noneEndsAFault()
     QCOMPARE(bench.peer.exchange("*ID?"), std::string("KELDO-X\r"));
 }
 
-KELDOX_TEST(FaultTest)
-#include "FaultTest.moc"
+KELDOX_TEST(TestFault)
+#include "TestFault.moc"

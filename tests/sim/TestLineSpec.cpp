@@ -11,7 +11,7 @@ using sim::Fault;
 using sim::LineSpec;
 using sim::parseLineSpec;
 
-class LineSpecTest : public QObject
+class TestLineSpec : public QObject
 {
     Q_OBJECT
 
@@ -31,7 +31,7 @@ private slots:
     void madeLineHasItsFault();
 };
 
-void LineSpecTest::everyNameReachesItsPlace()
+void TestLineSpec::everyNameReachesItsPlace()
 {
     const LineSpec spec = parseLineSpec(
         "kind=tovin-r,addresses=2+5,firmware=3.17,aopt=10,copt=6,password=a=b,start=70.5,if=45,"
@@ -57,7 +57,7 @@ void LineSpecTest::everyNameReachesItsPlace()
     QCOMPARE(spec.lateBy.count(), 20);
 }
 
-void LineSpecTest::descriptionStandsOnItsDefaults()
+void TestLineSpec::descriptionStandsOnItsDefaults()
 {
     LineSpec defaults;
     sim::setLineValue(defaults, "paced", "yes");
@@ -68,14 +68,14 @@ void LineSpecTest::descriptionStandsOnItsDefaults()
     QCOMPARE(spec.com, 4);
 }
 
-void LineSpecTest::addressesFollowTheKind()
+void TestLineSpec::addressesFollowTheKind()
 {
     QCOMPARE(LineSpec{}.unitAddresses(), std::vector{0});
     QCOMPARE(parseLineSpec("kind=tovin-r", {}).unitAddresses(), std::vector{1});
     QCOMPARE(parseLineSpec("addresses=3,kind=tovin-r", {}).unitAddresses(), std::vector{3});
 }
 
-void LineSpecTest::firmwareNumberBecomesARevision_data()
+void TestLineSpec::firmwareNumberBecomesARevision_data()
 {
     QTest::addColumn<QByteArray>("firmware");
     QTest::addColumn<QByteArray>("text");
@@ -86,7 +86,7 @@ void LineSpecTest::firmwareNumberBecomesARevision_data()
     QTest::newRow("a text") << QByteArray("prototype 2.0") << QByteArray("prototype 2.0");
 }
 
-void LineSpecTest::firmwareNumberBecomesARevision()
+void TestLineSpec::firmwareNumberBecomesARevision()
 {
     QFETCH(QByteArray, firmware);
     LineSpec spec;
@@ -95,7 +95,7 @@ void LineSpecTest::firmwareNumberBecomesARevision()
     QTEST(QByteArray::fromStdString(spec.firmwareText()), "text");
 }
 
-void LineSpecTest::optionsCanBeLeftOut_data()
+void TestLineSpec::optionsCanBeLeftOut_data()
 {
     QTest::addColumn<QByteArray>("without");
     QTest::addColumn<int>("optionA");
@@ -110,7 +110,7 @@ void LineSpecTest::optionsCanBeLeftOut_data()
         << QByteArray("agc+atten,input-atten+bypass,pelltrim") << 0 << 0 << false;
 }
 
-void LineSpecTest::optionsCanBeLeftOut()
+void TestLineSpec::optionsCanBeLeftOut()
 {
     QFETCH(QByteArray, without);
     LineSpec spec;
@@ -120,7 +120,7 @@ void LineSpecTest::optionsCanBeLeftOut()
     QTEST(spec.unit.hasBypass, "bypass");
 }
 
-void LineSpecTest::faultHasNameCommandAndTimes()
+void TestLineSpec::faultHasNameCommandAndTimes()
 {
     LineSpec spec = parseLineSpec("fault=silence", {});
     QVERIFY(spec.fault == Fault::Silence);
@@ -135,7 +135,7 @@ void LineSpecTest::faultHasNameCommandAndTimes()
     QCOMPARE(spec.faultTimes, 3);
 }
 
-void LineSpecTest::description()
+void TestLineSpec::description()
 {
     QCOMPARE(LineSpec{}.describe(), std::string("KELDO-X firmware 3.38"));
     QCOMPARE(parseLineSpec("kind=tovin-r,firmware=1.6", {}).describe(),
@@ -144,7 +144,7 @@ void LineSpecTest::description()
              std::string("TOVIN-R firmware 3.38 addresses 2 5, fault echo"));
 }
 
-void LineSpecTest::badDescriptions_data()
+void TestLineSpec::badDescriptions_data()
 {
     QTest::addColumn<QByteArray>("text");
     QTest::addColumn<QByteArray>("named"); // what the message must name
@@ -179,7 +179,7 @@ void LineSpecTest::badDescriptions_data()
     row("aopt=256", "aopt");
 }
 
-void LineSpecTest::badDescriptions()
+void TestLineSpec::badDescriptions()
 {
     QFETCH(QByteArray, text);
     QFETCH(QByteArray, named);
@@ -191,7 +191,7 @@ void LineSpecTest::badDescriptions()
     }
 }
 
-void LineSpecTest::madeLineAnswersAsDescribed()
+void TestLineSpec::madeLineAnswersAsDescribed()
 {
     const auto line = sim::makeLine(
         parseLineSpec("kind=tovin-r,addresses=2+5,firmware=2.25,password=pw,start=70", {}));
@@ -206,7 +206,7 @@ void LineSpecTest::madeLineAnswersAsDescribed()
     }
 }
 
-void LineSpecTest::madeLineHasItsFault()
+void TestLineSpec::madeLineHasItsFault()
 {
     const auto line = sim::makeLine(parseLineSpec("fault=empty-reply:*ID:1,terminator=crlf", {}));
     TerminalPeer peer(line->device());
@@ -215,5 +215,5 @@ void LineSpecTest::madeLineHasItsFault()
     QCOMPARE(peer.read(expected.size(), std::chrono::seconds(5)), expected);
 }
 
-KELDOX_TEST(LineSpecTest)
-#include "LineSpecTest.moc"
+KELDOX_TEST(TestLineSpec)
+#include "TestLineSpec.moc"

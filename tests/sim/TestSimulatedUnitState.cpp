@@ -3,7 +3,7 @@
 
 #include "support/TestMain.h"
 
-class SimulatedUnitStateTest : public QObject
+class TestSimulatedUnitState : public QObject
 {
     Q_OBJECT
 
@@ -32,7 +32,7 @@ private slots:
     void someoneAnswersForTheLine();
 };
 
-void SimulatedUnitStateTest::settingsReachTheRegisters()
+void TestSimulatedUnitState::settingsReachTheRegisters()
 {
     SimulatedUnit unit(withFirmware("3.17"));
     for (const char *const command :
@@ -62,7 +62,7 @@ void SimulatedUnitStateTest::settingsReachTheRegisters()
     QCOMPARE(unit.address(), 3);
 }
 
-void SimulatedUnitStateTest::refusedNumberChangesNothing()
+void TestSimulatedUnitState::refusedNumberChangesNothing()
 {
     SimulatedUnit unit(distinct());
     for (const char *const command : {"*STEP 801", "*ATTN 46", "INPUT ATTN 40", "*ZNSE 256",
@@ -78,7 +78,7 @@ void SimulatedUnitStateTest::refusedNumberChangesNothing()
     QCOMPARE(unit.address(), 0);
 }
 
-void SimulatedUnitStateTest::attenuationQueryLosesItsUnitWordWhileAgcRuns()
+void TestSimulatedUnitState::attenuationQueryLosesItsUnitWordWhileAgcRuns()
 {
     SimulatedUnit unit(distinct());
     unit.setAgc(true);
@@ -87,7 +87,7 @@ void SimulatedUnitStateTest::attenuationQueryLosesItsUnitWordWhileAgcRuns()
     QCOMPARE(reply(unit, "*ATTN?"), QStringLiteral("10.5 dB"));
 }
 
-void SimulatedUnitStateTest::attenuatorTakesTheNearestOfItsSteps()
+void TestSimulatedUnitState::attenuatorTakesTheNearestOfItsSteps()
 {
     SimulatedUnit unit;
     QCOMPARE(reply(unit, "*ATTN 2.3"), QStringLiteral("2.5"));
@@ -98,7 +98,7 @@ void SimulatedUnitStateTest::attenuatorTakesTheNearestOfItsSteps()
     QCOMPARE(reply(unit, "*ATTN 2.34"), QStringLiteral("2.34"));
 }
 
-void SimulatedUnitStateTest::unitThatCannotTellItsStep()
+void TestSimulatedUnitState::unitThatCannotTellItsStep()
 {
     UnitSettings settings;
     settings.attenuationStep = 0;
@@ -106,7 +106,7 @@ void SimulatedUnitStateTest::unitThatCannotTellItsStep()
     QCOMPARE(reply(unit, "*ATT STEP? "), QLatin1String(unknown));
 }
 
-void SimulatedUnitStateTest::stepCommandTellsTheLockState()
+void TestSimulatedUnitState::stepCommandTellsTheLockState()
 {
     SimulatedUnit unit;
     unit.setUnlockedSteps(100, 200);
@@ -120,7 +120,7 @@ void SimulatedUnitStateTest::stepCommandTellsTheLockState()
     QCOMPARE(reply(unit, "*LOCK?"), QStringLiteral("LOCKED"));
 }
 
-void SimulatedUnitStateTest::maximumStepBelowTheStepMovesTheStep()
+void TestSimulatedUnitState::maximumStepBelowTheStepMovesTheStep()
 {
     SimulatedUnit unit;
     unit.setStep(300);
@@ -128,7 +128,7 @@ void SimulatedUnitStateTest::maximumStepBelowTheStepMovesTheStep()
     QCOMPARE(unit.step(), 200);
 }
 
-void SimulatedUnitStateTest::calibratedModeKeepsTheSetting()
+void TestSimulatedUnitState::calibratedModeKeepsTheSetting()
 {
     SimulatedUnit unit(distinct());
     reply(unit, "*ZNCM 1");
@@ -139,7 +139,7 @@ void SimulatedUnitStateTest::calibratedModeKeepsTheSetting()
     QCOMPARE(unit.effectiveFineTuning(), 40);
 }
 
-void SimulatedUnitStateTest::switchesOfOptionsThatAreNotFitted()
+void TestSimulatedUnitState::switchesOfOptionsThatAreNotFitted()
 {
     UnitSettings bare;
     bare.optionA = 0;
@@ -153,7 +153,7 @@ void SimulatedUnitStateTest::switchesOfOptionsThatAreNotFitted()
     QVERIFY(!unit.bypass());
 }
 
-void SimulatedUnitStateTest::commandsOfOptionsThatAreNotFitted()
+void TestSimulatedUnitState::commandsOfOptionsThatAreNotFitted()
 {
     UnitSettings bare = withFirmware("3.17");
     bare.optionA = 0;
@@ -164,7 +164,7 @@ void SimulatedUnitStateTest::commandsOfOptionsThatAreNotFitted()
         QCOMPARE(reply(unit, command), QLatin1String(unknown));
 }
 
-void SimulatedUnitStateTest::optionSettings()
+void TestSimulatedUnitState::optionSettings()
 {
     SimulatedUnit unit;
     unit.setAgc(true);
@@ -179,7 +179,7 @@ void SimulatedUnitStateTest::optionSettings()
     QVERIFY(!unit.bypass());
 }
 
-void SimulatedUnitStateTest::agcTableMemory()
+void TestSimulatedUnitState::agcTableMemory()
 {
     SimulatedUnit unit(withFirmware("2.32"));
     unit.setDetectors(123, 45);
@@ -196,7 +196,7 @@ void SimulatedUnitStateTest::agcTableMemory()
     QCOMPARE(unit.state().agcAddress, 36);
 }
 
-void SimulatedUnitStateTest::passwordGuardsAllSettings_data()
+void TestSimulatedUnitState::passwordGuardsAllSettings_data()
 {
     QTest::addColumn<QByteArray>("command");
     for (const char *const command :
@@ -206,7 +206,7 @@ void SimulatedUnitStateTest::passwordGuardsAllSettings_data()
         QTest::newRow(command) << QByteArray(command);
 }
 
-void SimulatedUnitStateTest::passwordGuardsAllSettings()
+void TestSimulatedUnitState::passwordGuardsAllSettings()
 {
     QFETCH(QByteArray, command);
     UnitSettings settings;
@@ -219,7 +219,7 @@ void SimulatedUnitStateTest::passwordGuardsAllSettings()
     QVERIFY(reply(unit, command) != QLatin1String(refused));
 }
 
-void SimulatedUnitStateTest::passwordIsComparedWhole()
+void TestSimulatedUnitState::passwordIsComparedWhole()
 {
     SimulatedUnit unit;
     unit.setPassword("Secret 1");
@@ -231,7 +231,7 @@ void SimulatedUnitStateTest::passwordIsComparedWhole()
     QVERIFY(!unit.permitted());
 }
 
-void SimulatedUnitStateTest::queriesNeedNoPassword()
+void TestSimulatedUnitState::queriesNeedNoPassword()
 {
     UnitSettings settings;
     settings.password = "x";
@@ -240,7 +240,7 @@ void SimulatedUnitStateTest::queriesNeedNoPassword()
     QCOMPARE(reply(unit, "*ID?"), QStringLiteral("KELDO-X"));
 }
 
-void SimulatedUnitStateTest::unknownTextComesBeforeTheRefusal()
+void TestSimulatedUnitState::unknownTextComesBeforeTheRefusal()
 {
     UnitSettings settings = withFirmware("3.36");
     settings.password = "x";
@@ -248,7 +248,7 @@ void SimulatedUnitStateTest::unknownTextComesBeforeTheRefusal()
     QCOMPARE(reply(unit, "InputLimitMode 1"), QLatin1String(unknown));
 }
 
-void SimulatedUnitStateTest::unaddressedUnitAlwaysListens()
+void TestSimulatedUnitState::unaddressedUnitAlwaysListens()
 {
     SimulatedUnit unit;
     QVERIFY(unit.listening());
@@ -257,7 +257,7 @@ void SimulatedUnitStateTest::unaddressedUnitAlwaysListens()
     QCOMPARE(reply(unit, "*STEP?"), QStringLiteral("0"));
 }
 
-void SimulatedUnitStateTest::addressedUnitListensBetweenListenAndUnlisten()
+void TestSimulatedUnitState::addressedUnitListensBetweenListenAndUnlisten()
 {
     UnitSettings settings;
     settings.address = 5;
@@ -275,7 +275,7 @@ void SimulatedUnitStateTest::addressedUnitListensBetweenListenAndUnlisten()
     QCOMPARE(unit.step(), 3);
 }
 
-void SimulatedUnitStateTest::addressIsTakenWithTwoDigits()
+void TestSimulatedUnitState::addressIsTakenWithTwoDigits()
 {
     UnitSettings settings;
     settings.address = 5;
@@ -286,7 +286,7 @@ void SimulatedUnitStateTest::addressIsTakenWithTwoDigits()
     QVERIFY(!unit.listening());
 }
 
-void SimulatedUnitStateTest::newAddressKeepsTheConversation()
+void TestSimulatedUnitState::newAddressKeepsTheConversation()
 {
     SimulatedUnit unit;
     QCOMPARE(reply(unit, "!ADDR 4"), QStringLiteral("4"));
@@ -296,7 +296,7 @@ void SimulatedUnitStateTest::newAddressKeepsTheConversation()
     QCOMPARE(reply(unit, ">LISTEN04"), QStringLiteral("LISTENING"));
 }
 
-void SimulatedUnitStateTest::someoneAnswersForTheLine()
+void TestSimulatedUnitState::someoneAnswersForTheLine()
 {
     QVERIFY(SimulatedUnit::answerForTheLine(">UNLISTEN").has_value());
     QVERIFY(SimulatedUnit::answerForTheLine(">LISTEN07").has_value());
@@ -304,5 +304,5 @@ void SimulatedUnitStateTest::someoneAnswersForTheLine()
     QVERIFY(!SimulatedUnit::answerForTheLine(">LISTEN7").has_value());
 }
 
-KELDOX_TEST(SimulatedUnitStateTest)
-#include "SimulatedUnitStateTest.moc"
+KELDOX_TEST(TestSimulatedUnitState)
+#include "TestSimulatedUnitState.moc"

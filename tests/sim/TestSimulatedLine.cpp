@@ -31,7 +31,7 @@ using Lines = std::vector<std::string>;
 
 } // namespace
 
-class SimulatedLineTest : public QObject
+class TestSimulatedLine : public QObject
 {
     Q_OBJECT
 
@@ -63,7 +63,7 @@ private slots:
     void programThatDoesNotReadDoesNotStopTheLine();
 };
 
-void SimulatedLineTest::unitAnswersOverTheTerminal()
+void TestSimulatedLine::unitAnswersOverTheTerminal()
 {
     SimulatedLine line;
     const auto unit = std::make_shared<SimulatedUnit>();
@@ -76,7 +76,7 @@ void SimulatedLineTest::unitAnswersOverTheTerminal()
     QCOMPARE(line.commands(), (Lines{"*ID?", "*STEP 12"}));
 }
 
-void SimulatedLineTest::terminalIsRawBothWays()
+void TestSimulatedLine::terminalIsRawBothWays()
 {
     std::string all;
     for (int c = 0; c < 256; ++c)
@@ -90,7 +90,7 @@ void SimulatedLineTest::terminalIsRawBothWays()
     QCOMPARE(peer.read(1, 50ms), std::string()); // nothing was echoed by the terminal
 }
 
-void SimulatedLineTest::commandInPiecesIsOneCommand()
+void TestSimulatedLine::commandInPiecesIsOneCommand()
 {
     SimulatedLine line;
     line.addUnit(std::make_shared<SimulatedUnit>());
@@ -103,7 +103,7 @@ void SimulatedLineTest::commandInPiecesIsOneCommand()
     QCOMPARE(line.commands(), Lines{"*STEP?"});
 }
 
-void SimulatedLineTest::twoCommandsInOnePieceAreTwo()
+void TestSimulatedLine::twoCommandsInOnePieceAreTwo()
 {
     SimulatedLine line;
     line.addUnit(std::make_shared<SimulatedUnit>());
@@ -113,7 +113,7 @@ void SimulatedLineTest::twoCommandsInOnePieceAreTwo()
     QCOMPARE(peer.readLine(), std::string("4000\r"));
 }
 
-void SimulatedLineTest::lineFeedBelongsToTheCarriageReturnBefore()
+void TestSimulatedLine::lineFeedBelongsToTheCarriageReturnBefore()
 {
     SimulatedLine line;
     line.addUnit(std::make_shared<SimulatedUnit>());
@@ -124,7 +124,7 @@ void SimulatedLineTest::lineFeedBelongsToTheCarriageReturnBefore()
     QCOMPARE(line.commands(), (Lines{"*ID?", "*STEP?"}));
 }
 
-void SimulatedLineTest::terminatorCanHaveALineFeed()
+void TestSimulatedLine::terminatorCanHaveALineFeed()
 {
     SimulatedLine line;
     line.addUnit(std::make_shared<SimulatedUnit>());
@@ -134,7 +134,7 @@ void SimulatedLineTest::terminatorCanHaveALineFeed()
     QCOMPARE(peer.read(9, 5s), std::string("KELDO-X\r\n"));
 }
 
-void SimulatedLineTest::responderReplacesTheUnits()
+void TestSimulatedLine::responderReplacesTheUnits()
 {
     SimulatedLine line;
     const auto unit = std::make_shared<SimulatedUnit>();
@@ -152,7 +152,7 @@ void SimulatedLineTest::responderReplacesTheUnits()
     QCOMPARE(peer.exchange("*ID?"), std::string("KELDO-X\r"));
 }
 
-void SimulatedLineTest::responderMayCallTheLine()
+void TestSimulatedLine::responderMayCallTheLine()
 {
     SimulatedLine line;
     line.setResponder([&](const std::string &) {
@@ -167,7 +167,7 @@ void SimulatedLineTest::responderMayCallTheLine()
     QVERIFY(both.contains(QStringLiteral("1\r")));
 }
 
-void SimulatedLineTest::lineWithoutUnitsIsSilent()
+void TestSimulatedLine::lineWithoutUnitsIsSilent()
 {
     SimulatedLine line;
     TerminalPeer peer(line.device());
@@ -176,7 +176,7 @@ void SimulatedLineTest::lineWithoutUnitsIsSilent()
     QCOMPARE(peer.read(1, 50ms), std::string());
 }
 
-void SimulatedLineTest::sharedLineHandsCommandsToTheAddressedUnit()
+void TestSimulatedLine::sharedLineHandsCommandsToTheAddressedUnit()
 {
     SimulatedLine line;
     const auto second = unitAt(2);
@@ -193,7 +193,7 @@ void SimulatedLineTest::sharedLineHandsCommandsToTheAddressedUnit()
     QCOMPARE(second->step(), 0);
 }
 
-void SimulatedLineTest::sharedLineAnswersReleaseAndAbsentAddressOnce()
+void TestSimulatedLine::sharedLineAnswersReleaseAndAbsentAddressOnce()
 {
     SimulatedLine line;
     for (int address = 1; address <= 8; ++address)
@@ -208,7 +208,7 @@ void SimulatedLineTest::sharedLineAnswersReleaseAndAbsentAddressOnce()
     QCOMPARE(peer.exchange("*ID?"), std::string("TOVIN-R\r"));
 }
 
-void SimulatedLineTest::unitThatWasNotReleasedHearsOnToo()
+void TestSimulatedLine::unitThatWasNotReleasedHearsOnToo()
 {
     SimulatedLine line;
     const auto first = unitAt(1);
@@ -224,7 +224,7 @@ void SimulatedLineTest::unitThatWasNotReleasedHearsOnToo()
     QCOMPARE(second->step(), 9);
 }
 
-void SimulatedLineTest::ninthUnitFindsNoRoom()
+void TestSimulatedLine::ninthUnitFindsNoRoom()
 {
     SimulatedLine line;
     for (int address = 1; address <= 8; ++address)
@@ -232,7 +232,7 @@ void SimulatedLineTest::ninthUnitFindsNoRoom()
     QVERIFY_THROWS_EXCEPTION(std::length_error, line.addUnit(unitAt(9)));
 }
 
-void SimulatedLineTest::programCanCloseAndOpenAgain()
+void TestSimulatedLine::programCanCloseAndOpenAgain()
 {
     SimulatedLine line;
     line.addUnit(std::make_shared<SimulatedUnit>());
@@ -242,7 +242,7 @@ void SimulatedLineTest::programCanCloseAndOpenAgain()
     }
 }
 
-void SimulatedLineTest::lockOfAProgramGoesWithIt()
+void TestSimulatedLine::lockOfAProgramGoesWithIt()
 {
     SimulatedLine line;
     {
@@ -257,7 +257,7 @@ void SimulatedLineTest::lockOfAProgramGoesWithIt()
     QTRY_VERIFY(!isLocked());
 }
 
-void SimulatedLineTest::transcriptCanBeClearedAndAwaited()
+void TestSimulatedLine::transcriptCanBeClearedAndAwaited()
 {
     SimulatedLine line;
     TerminalPeer peer(line.device());
@@ -271,7 +271,7 @@ void SimulatedLineTest::transcriptCanBeClearedAndAwaited()
     QCOMPARE(line.commands(), (Lines{"", "C"}));
 }
 
-void SimulatedLineTest::waitingForCommandsEnds()
+void TestSimulatedLine::waitingForCommandsEnds()
 {
     SimulatedLine line;
     QElapsedTimer clock;
@@ -281,7 +281,7 @@ void SimulatedLineTest::waitingForCommandsEnds()
     QVERIFY(line.waitForCommands(0, 0ms));
 }
 
-void SimulatedLineTest::commandIsCarriedOutWhenTheWaitEnds()
+void TestSimulatedLine::commandIsCarriedOutWhenTheWaitEnds()
 {
     SimulatedLine line;
     std::atomic<bool> done = false;
@@ -296,7 +296,7 @@ void SimulatedLineTest::commandIsCarriedOutWhenTheWaitEnds()
     QVERIFY(done);
 }
 
-void SimulatedLineTest::unsolicitedBytesComeAsTheyAre()
+void TestSimulatedLine::unsolicitedBytesComeAsTheyAre()
 {
     SimulatedLine line;
     TerminalPeer peer(line.device());
@@ -306,7 +306,7 @@ void SimulatedLineTest::unsolicitedBytesComeAsTheyAre()
     QCOMPARE(peer.read(1, 50ms), std::string());
 }
 
-void SimulatedLineTest::bitsAndBytesAreCounted()
+void TestSimulatedLine::bitsAndBytesAreCounted()
 {
     SimulatedLine line;
     line.addUnit(std::make_shared<SimulatedUnit>());
@@ -317,7 +317,7 @@ void SimulatedLineTest::bitsAndBytesAreCounted()
     QTRY_COMPARE(line.bitsOnWire(), std::uint64_t((5 + 8) * 10));
 }
 
-void SimulatedLineTest::unplugHangsUp()
+void TestSimulatedLine::unplugHangsUp()
 {
     SimulatedLine line;
     line.addUnit(std::make_shared<SimulatedUnit>());
@@ -332,7 +332,7 @@ void SimulatedLineTest::unplugHangsUp()
     line.send("x");
 }
 
-void SimulatedLineTest::unplugFromTheResponderHangsUp()
+void TestSimulatedLine::unplugFromTheResponderHangsUp()
 {
     SimulatedLine line;
     line.setResponder([&](const std::string &) {
@@ -345,7 +345,7 @@ void SimulatedLineTest::unplugFromTheResponderHangsUp()
     QCOMPARE(peer.readLine(50ms), std::string());
 }
 
-void SimulatedLineTest::destructionHangsUp()
+void TestSimulatedLine::destructionHangsUp()
 {
     auto line = std::make_unique<SimulatedLine>();
     TerminalPeer peer(line->device());
@@ -364,7 +364,7 @@ static double processorTime()
     return ms(usage.ru_utime) + ms(usage.ru_stime);
 }
 
-void SimulatedLineTest::idleLineTakesNoTime()
+void TestSimulatedLine::idleLineTakesNoTime()
 {
     SimulatedLine line;
     line.addUnit(std::make_shared<SimulatedUnit>());
@@ -380,7 +380,7 @@ void SimulatedLineTest::idleLineTakesNoTime()
     QVERIFY(processorTime() - before < 50);
 }
 
-void SimulatedLineTest::programThatDoesNotReadDoesNotStopTheLine()
+void TestSimulatedLine::programThatDoesNotReadDoesNotStopTheLine()
 {
     SimulatedLine line;
     line.addUnit(std::make_shared<SimulatedUnit>());
@@ -395,5 +395,5 @@ void SimulatedLineTest::programThatDoesNotReadDoesNotStopTheLine()
     QCOMPARE(peer.read(200'000, 5s), std::string(200'000, 'x'));
 }
 
-KELDOX_TEST(SimulatedLineTest)
-#include "SimulatedLineTest.moc"
+KELDOX_TEST(TestSimulatedLine)
+#include "TestSimulatedLine.moc"

@@ -3,7 +3,7 @@
 
 #include "support/TestMain.h"
 
-class SimulatedUnitTest : public QObject
+class TestSimulatedUnit : public QObject
 {
     Q_OBJECT
 
@@ -18,7 +18,7 @@ private slots:
     void firmwareNumber();
 };
 
-void SimulatedUnitTest::queries_data()
+void TestSimulatedUnit::queries_data()
 {
     QTest::addColumn<QByteArray>("command");
     QTest::addColumn<QString>("answer");
@@ -62,14 +62,14 @@ void SimulatedUnitTest::queries_data()
     row("*STEP x", unknown);
 }
 
-void SimulatedUnitTest::queries()
+void TestSimulatedUnit::queries()
 {
     QFETCH(QByteArray, command);
     SimulatedUnit unit(distinct());
     QTEST(reply(unit, command), "answer");
 }
 
-void SimulatedUnitTest::settings_data()
+void TestSimulatedUnit::settings_data()
 {
     QTest::addColumn<QByteArray>("command");
     QTest::addColumn<QString>("answer");
@@ -130,14 +130,14 @@ void SimulatedUnitTest::settings_data()
     row("PASSWORDS", unknown);
 }
 
-void SimulatedUnitTest::settings()
+void TestSimulatedUnit::settings()
 {
     QFETCH(QByteArray, command);
     SimulatedUnit unit;
     QTEST(reply(unit, command), "answer");
 }
 
-void SimulatedUnitTest::firmwareBands_data()
+void TestSimulatedUnit::firmwareBands_data()
 {
     QTest::addColumn<QByteArray>("firmware");
     QTest::addColumn<QByteArray>("command");
@@ -186,7 +186,7 @@ void SimulatedUnitTest::firmwareBands_data()
         edge(anyFirmware, " 1.0", true);
 }
 
-void SimulatedUnitTest::firmwareBands()
+void TestSimulatedUnit::firmwareBands()
 {
     QFETCH(QByteArray, firmware);
     QFETCH(QByteArray, command);
@@ -195,7 +195,7 @@ void SimulatedUnitTest::firmwareBands()
     QCOMPARE(reply(unit, command) != QLatin1String(unknown), known);
 }
 
-void SimulatedUnitTest::firmwareNumber_data()
+void TestSimulatedUnit::firmwareNumber_data()
 {
     QTest::addColumn<QByteArray>("text");
     QTest::addColumn<double>("number");
@@ -206,11 +206,11 @@ void SimulatedUnitTest::firmwareNumber_data()
     QTest::newRow("empty") << QByteArray() << 0.0;
 }
 
-void SimulatedUnitTest::firmwareNumber()
+void TestSimulatedUnit::firmwareNumber()
 {
     QFETCH(QByteArray, text);
     QTEST(sim::firmwareNumber(text.toStdString()), "number");
 }
 
-KELDOX_TEST(SimulatedUnitTest)
-#include "SimulatedUnitTest.moc"
+KELDOX_TEST(TestSimulatedUnit)
+#include "TestSimulatedUnit.moc"

@@ -2,7 +2,7 @@
 // reduced to numbers, and that a unit without transport or port does nothing at all.
 #include "device/UnitFixture.h"
 
-class TestTransaction : public QObject
+class TestExchange : public QObject
 {
     Q_OBJECT
 
@@ -22,10 +22,10 @@ private slots:
     void replyWithLineFeedIsReadAsNumber();
     void parseData_data();
     void parseData();
-    void pollingStopsBeforeEveryTransaction();
+    void pollingStopsBeforeEveryExchange();
 };
 
-void TestTransaction::aNewObject()
+void TestExchange::aNewObject()
 {
     const Fixture fixture;
     clsKeldoX unit;
@@ -45,7 +45,7 @@ void TestTransaction::aNewObject()
     QVERIFY(unit.DeviceFound());
 }
 
-void TestTransaction::withoutTransport_data()
+void TestExchange::withoutTransport_data()
 {
     QTest::addColumn<int>("connection");
     QTest::newRow("none") << 0;
@@ -53,7 +53,7 @@ void TestTransaction::withoutTransport_data()
     QTest::newRow("unknown") << -1;
 }
 
-void TestTransaction::withoutTransport()
+void TestExchange::withoutTransport()
 {
     QFETCH(int, connection);
     UnitFixture f;
@@ -82,7 +82,7 @@ void TestTransaction::withoutTransport()
     QCOMPARE(f.events.take(), QStringList());
 }
 
-void TestTransaction::aClosedPortSendsNothing()
+void TestExchange::aClosedPortSendsNothing()
 {
     UnitFixture f;
     QCOMPARE(f.unit->deviceWrite(QStringLiteral("*ID?")), QString());
@@ -95,7 +95,7 @@ void TestTransaction::aClosedPortSendsNothing()
     QCOMPARE(f.sent(), QStringList());
 }
 
-void TestTransaction::openingThePort()
+void TestExchange::openingThePort()
 {
     UnitFixture f;
     f.unit->InitThePort();
@@ -105,7 +105,7 @@ void TestTransaction::openingThePort()
     QCOMPARE(f.sent(), QStringList());
 }
 
-void TestTransaction::openingSetsTheReplyTime_data()
+void TestExchange::openingSetsTheReplyTime_data()
 {
     QTest::addColumn<int>("mode");
     QTest::addColumn<int>("waitMs");
@@ -113,7 +113,7 @@ void TestTransaction::openingSetsTheReplyTime_data()
     QTest::newRow("by event, as it was") << 1 << 1234;
 }
 
-void TestTransaction::openingSetsTheReplyTime()
+void TestExchange::openingSetsTheReplyTime()
 {
     QFETCH(int, mode);
     QFETCH(int, waitMs);
@@ -126,7 +126,7 @@ void TestTransaction::openingSetsTheReplyTime()
     QCOMPARE(port->host().tmrCommTimer2->interval(), waitMs);
 }
 
-void TestTransaction::aPortThatCannotBeOpened()
+void TestExchange::aPortThatCannotBeOpened()
 {
     UnitFixture f;
     f.fixture.unplug(UnitFixture::port);
@@ -140,7 +140,7 @@ void TestTransaction::aPortThatCannotBeOpened()
     QCOMPARE(f.events.take(), QStringList());
 }
 
-void TestTransaction::theThreeLogSources()
+void TestExchange::theThreeLogSources()
 {
     UnitFixture f;
     f.open();
@@ -161,7 +161,7 @@ void TestTransaction::theThreeLogSources()
     f.line.setTerminator("\r");
 }
 
-void TestTransaction::trailingBlanksAreTrimmed_data()
+void TestExchange::trailingBlanksAreTrimmed_data()
 {
     QTest::addColumn<QByteArray>("reply");
     QTest::addColumn<QString>("trimmed");
@@ -173,7 +173,7 @@ void TestTransaction::trailingBlanksAreTrimmed_data()
     QTest::newRow("blanks alone") << QByteArray("  \n ") << "";
 }
 
-void TestTransaction::trailingBlanksAreTrimmed()
+void TestExchange::trailingBlanksAreTrimmed()
 {
     QFETCH(QByteArray, reply);
     QFETCH(QString, trimmed);
@@ -185,7 +185,7 @@ void TestTransaction::trailingBlanksAreTrimmed()
 }
 
 // Two lines that come in one piece are one reply.
-void TestTransaction::theReplyIsTheWholeBuffer()
+void TestExchange::theReplyIsTheWholeBuffer()
 {
     UnitFixture f;
     f.open();
@@ -194,7 +194,7 @@ void TestTransaction::theReplyIsTheWholeBuffer()
     QCOMPARE(f.unit->commPort()->Buffer(), QString());
 }
 
-void TestTransaction::replyWithLineFeedIsReadAsNumber()
+void TestExchange::replyWithLineFeedIsReadAsNumber()
 {
     UnitFixture f;
     f.open();
@@ -206,7 +206,7 @@ void TestTransaction::replyWithLineFeedIsReadAsNumber()
     QCOMPARE(f.unit->lastReply(), QStringLiteral("12.5 MHz"));
 }
 
-void TestTransaction::parseData_data()
+void TestExchange::parseData_data()
 {
     QTest::addColumn<QString>("reply");
     QTest::addColumn<QString>("number");
@@ -229,17 +229,17 @@ void TestTransaction::parseData_data()
     QTest::newRow("digits of other scripts") << QStringLiteral("\u0663\u00b2") << "";
 }
 
-void TestTransaction::parseData()
+void TestExchange::parseData()
 {
     QFETCH(QString, reply);
     QTEST(clsKeldoX::ParseData(reply), "number");
 }
 
-void TestTransaction::pollingStopsBeforeEveryTransaction()
+void TestExchange::pollingStopsBeforeEveryExchange()
 {
     UnitFixture f;
     f.connectUnit();
-    const std::vector<Act> transactions = {
+    const std::vector<Act> exchanges = {
         [](clsKeldoX &u) { u.deviceWrite(QStringLiteral("*ID?")); },
         [](clsKeldoX &u) { u.LISTEN(1); },
         [](clsKeldoX &u) { u.UNLISTEN(); },
@@ -268,9 +268,9 @@ void TestTransaction::pollingStopsBeforeEveryTransaction()
         [](clsKeldoX &u) { u.setPelltrim(1); },
         [](clsKeldoX &u) { u.setZN_calMode(true); },
     };
-    for (std::size_t i = 0; i < transactions.size(); ++i) {
+    for (std::size_t i = 0; i < exchanges.size(); ++i) {
         f.window->pollingStops = 0;
-        transactions[i](*f.unit);
+        exchanges[i](*f.unit);
         QVERIFY2(f.window->pollingStops > 0, qPrintable(QString::number(i)));
         QVERIFY2(!f.line.commands().empty(), qPrintable(QString::number(i)));
         f.line.clearCommands();
@@ -279,5 +279,5 @@ void TestTransaction::pollingStopsBeforeEveryTransaction()
     QVERIFY(!f.window->calls->contains(QStringLiteral("main.restartPolling")));
 }
 
-KELDOX_TEST(TestTransaction)
-#include "TestTransaction.moc"
+KELDOX_TEST(TestExchange)
+#include "TestExchange.moc"

@@ -7,7 +7,7 @@
 
 #include <csignal>
 
-class SimulatorProcessTest : public QObject
+class TestSimulatorProcess : public QObject
 {
     Q_OBJECT
 
@@ -42,28 +42,28 @@ private:
     QStringList mOutput; // the lines that start() waited for
 };
 
-QString SimulatorProcessTest::program() const
+QString TestSimulatorProcess::program() const
 {
     return qEnvironmentVariable("KELDOX_BIN_DIR") + QStringLiteral("/keldo-x-sim");
 }
 
-void SimulatorProcessTest::initTestCase()
+void TestSimulatorProcess::initTestCase()
 {
     QVERIFY2(QFileInfo(program()).isExecutable(), qPrintable(program()));
 }
 
-void SimulatorProcessTest::init()
+void TestSimulatorProcess::init()
 {
     mHome = std::make_unique<QTemporaryDir>();
     mOutput.clear();
 }
 
-void SimulatorProcessTest::cleanup()
+void TestSimulatorProcess::cleanup()
 {
     mHome.reset();
 }
 
-void SimulatorProcessTest::prepare(QProcess &process) const
+void TestSimulatorProcess::prepare(QProcess &process) const
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("XDG_DATA_HOME"), mHome->path());
@@ -72,7 +72,7 @@ void SimulatorProcessTest::prepare(QProcess &process) const
 }
 
 // Starts the simulator and waits until it has listed so many lines.
-bool SimulatorProcessTest::start(QProcess &process, const QStringList &arguments, int lines)
+bool TestSimulatorProcess::start(QProcess &process, const QStringList &arguments, int lines)
 {
     prepare(process);
     process.setArguments(arguments);
@@ -89,24 +89,24 @@ bool SimulatorProcessTest::start(QProcess &process, const QStringList &arguments
     return true;
 }
 
-QString SimulatorProcessTest::link(int number) const
+QString TestSimulatorProcess::link(int number) const
 {
     return mHome->filePath(QStringLiteral("keldo-x/ports/com%1").arg(number));
 }
 
-QStringList SimulatorProcessTest::links() const
+QStringList TestSimulatorProcess::links() const
 {
     return QDir(mHome->filePath(QStringLiteral("keldo-x/ports")))
         .entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot, QDir::Name);
 }
 
-bool SimulatorProcessTest::end(QProcess &process, int signal)
+bool TestSimulatorProcess::end(QProcess &process, int signal)
 {
     ::kill(static_cast<pid_t>(process.processId()), signal);
     return process.waitForFinished(10'000);
 }
 
-void SimulatorProcessTest::defaultLines()
+void TestSimulatorProcess::defaultLines()
 {
     QProcess process;
     QVERIFY(start(process, {}, 3));
@@ -123,7 +123,7 @@ void SimulatorProcessTest::defaultLines()
     QVERIFY(end(process, SIGTERM));
 }
 
-void SimulatorProcessTest::linesAnswerThroughTheirLinks()
+void TestSimulatorProcess::linesAnswerThroughTheirLinks()
 {
     QProcess process;
     QVERIFY(start(process, {}, 3));
@@ -136,7 +136,7 @@ void SimulatorProcessTest::linesAnswerThroughTheirLinks()
     QVERIFY(single.waitForHangUp());
 }
 
-void SimulatorProcessTest::numbersAndFirstNumber()
+void TestSimulatorProcess::numbersAndFirstNumber()
 {
     QProcess process;
     QVERIFY(start(process,
@@ -151,7 +151,7 @@ void SimulatorProcessTest::numbersAndFirstNumber()
     QVERIFY(end(process, SIGTERM));
 }
 
-void SimulatorProcessTest::lineDescriptions()
+void TestSimulatorProcess::lineDescriptions()
 {
     QProcess process;
     QVERIFY(start(process,
@@ -169,7 +169,7 @@ void SimulatorProcessTest::lineDescriptions()
     QVERIFY(end(process, SIGTERM));
 }
 
-void SimulatorProcessTest::endsOnSignals_data()
+void TestSimulatorProcess::endsOnSignals_data()
 {
     QTest::addColumn<int>("signal");
     QTest::newRow("Ctrl-C") << SIGINT;
@@ -177,7 +177,7 @@ void SimulatorProcessTest::endsOnSignals_data()
     QTest::newRow("terminal closed") << SIGHUP;
 }
 
-void SimulatorProcessTest::endsOnSignals()
+void TestSimulatorProcess::endsOnSignals()
 {
     QFETCH(int, signal);
     QProcess process;
@@ -189,7 +189,7 @@ void SimulatorProcessTest::endsOnSignals()
     QCOMPARE(links(), QStringList());
 }
 
-void SimulatorProcessTest::killedSimulatorsLinksAreRemoved()
+void TestSimulatorProcess::killedSimulatorsLinksAreRemoved()
 {
     QProcess killed;
     QVERIFY(start(killed, {QStringLiteral("--lines"), QStringLiteral("4")}, 4));
@@ -203,7 +203,7 @@ void SimulatorProcessTest::killedSimulatorsLinksAreRemoved()
     QVERIFY(end(next, SIGTERM));
 }
 
-void SimulatorProcessTest::takenNumberIsAnError()
+void TestSimulatorProcess::takenNumberIsAnError()
 {
     QProcess first;
     QVERIFY(start(first,
@@ -222,7 +222,7 @@ void SimulatorProcessTest::takenNumberIsAnError()
     QVERIFY(end(first, SIGTERM));
 }
 
-void SimulatorProcessTest::twoSimulatorsShareTheNumbers()
+void TestSimulatorProcess::twoSimulatorsShareTheNumbers()
 {
     QProcess first;
     QProcess second;
@@ -235,7 +235,7 @@ void SimulatorProcessTest::twoSimulatorsShareTheNumbers()
     QVERIFY(end(second, SIGTERM));
 }
 
-void SimulatorProcessTest::logShowsTheExchange()
+void TestSimulatorProcess::logShowsTheExchange()
 {
     QProcess process;
     QVERIFY(start(
@@ -252,7 +252,7 @@ void SimulatorProcessTest::logShowsTheExchange()
     QVERIFY(end(process, SIGTERM));
 }
 
-void SimulatorProcessTest::quietListsNothing()
+void TestSimulatorProcess::quietListsNothing()
 {
     QProcess process;
     QVERIFY(start(process, {QStringLiteral("--quiet")}, 0));
@@ -261,7 +261,7 @@ void SimulatorProcessTest::quietListsNothing()
     QCOMPARE(process.readAllStandardOutput(), QByteArray());
 }
 
-void SimulatorProcessTest::helpTellsAll()
+void TestSimulatorProcess::helpTellsAll()
 {
     QProcess process;
     prepare(process);
@@ -280,7 +280,7 @@ void SimulatorProcessTest::helpTellsAll()
     QCOMPARE(links(), QStringList());
 }
 
-void SimulatorProcessTest::badOptions_data()
+void TestSimulatorProcess::badOptions_data()
 {
     QTest::addColumn<QStringList>("arguments");
     QTest::addColumn<QByteArray>("named");
@@ -302,7 +302,7 @@ void SimulatorProcessTest::badOptions_data()
     row("--firmware", "firmware");
 }
 
-void SimulatorProcessTest::badOptions()
+void TestSimulatorProcess::badOptions()
 {
     QFETCH(QStringList, arguments);
     QFETCH(QByteArray, named);
@@ -318,5 +318,5 @@ void SimulatorProcessTest::badOptions()
     QCOMPARE(links(), QStringList());
 }
 
-KELDOX_TEST(SimulatorProcessTest)
-#include "SimulatorProcessTest.moc"
+KELDOX_TEST(TestSimulatorProcess)
+#include "TestSimulatorProcess.moc"
