@@ -5,6 +5,7 @@
 #include "device/clsKeldoX.h"
 #include "platform/EventQueue.h"
 #include "platform/PortDirectory.h"
+#include "platform/TestHooks.h"
 #include "sim/SimulatedLine.h"
 
 #include <QElapsedTimer>
@@ -26,7 +27,7 @@ struct Connection
     Connection()
     {
         line.addUnit(std::make_shared<sim::SimulatedUnit>());
-        PortDirectory::instance().reset([this] {
+        TestHooks::listPorts([this] {
             return QList<PortDirectory::Device>{
                 {QString::fromStdString(line.device()), QStringLiteral("simulated"), {}}};
         });

@@ -7,6 +7,7 @@
 #include "core/DebugSwitches.h"
 #include "platform/EventQueue.h"
 #include "platform/PortDirectory.h"
+#include "platform/TestHooks.h"
 #include "sim/SimulatedLine.h"
 #include "widgets/MessageBox.h"
 #include "windowMakers.h"
@@ -98,8 +99,8 @@ ChildResult bestChild(const QString &mode)
 void benchEmptySearch(Report &report)
 {
     resetAppState();
-    PortDirectory::instance().reset([] { return QList<PortDirectory::Device>(); });
-    MessageBox::setAnswerer([](const MessageBox::Request &) { return MessageBox::Answer::Ok; });
+    TestHooks::listPorts([] { return QList<PortDirectory::Device>(); });
+    TestHooks::answerBoxes([](const MessageBox::Request &) { return MessageBox::Answer::Ok; });
     Main(windowMakers());
     EventQueue::yield();
 
@@ -124,7 +125,7 @@ void benchEventDisplay(Report &report)
     constexpr int eventsPerSecond = 10000;
     // Shown, the monitor lists the ports, and reports a machine that has none.
     const sim::SimulatedLine line;
-    PortDirectory::instance().reset([device = QString::fromStdString(line.device())] {
+    TestHooks::listPorts([device = QString::fromStdString(line.device())] {
         return QList<PortDirectory::Device>{{device, QStringLiteral("simulated"), {}}};
     });
     const auto monitor = app().ioMonitor();
@@ -220,7 +221,7 @@ void benchHostileMonitor(Report &report)
     constexpr double stallMs = 50;
     sim::SimulatedLine line;
     const sim::SimulatedLine last; // the highest port is not listed
-    PortDirectory::instance().reset([devices = std::vector{line.device(), last.device()}] {
+    TestHooks::listPorts([devices = std::vector{line.device(), last.device()}] {
         QList<PortDirectory::Device> all;
         for (const std::string &device : devices)
             all.append({QString::fromStdString(device), QStringLiteral("simulated"), {}});

@@ -3,6 +3,7 @@
 
 #include "app/AppState.h"
 #include "platform/Application.h"
+#include "platform/TestHooks.h"
 #include "widgets/MessageBox.h"
 
 #include <QApplication>
@@ -46,7 +47,7 @@ double processorMs()
 
 void failOnBoxes(Report &report)
 {
-    MessageBox::setAnswerer([&report](const MessageBox::Request &box) {
+    TestHooks::answerBoxes([&report](const MessageBox::Request &box) {
         report.fail("unexpected box: " + box.text.toStdString());
         return MessageBox::Answer::Ok;
     });
@@ -78,7 +79,7 @@ int main(int argc, char **argv)
     benchHostileMonitor(report);
     benchStart(report);
     resetAppState();
-    MessageBox::setAnswerer({});
+    TestHooks::answerBoxes({});
     std::printf("%d bounds exceeded\n", report.failures());
     return report.failures() == 0 ? 0 : 1;
 }

@@ -29,7 +29,7 @@ static QString key()
 Reconnect::Reconnect(QObject *parent) : QObject(parent)
 {
     m_timer.setInterval(lookEveryMs);
-    connect(&m_timer, &QTimer::timeout, this, &Reconnect::look);
+    connect(&m_timer, &TimerControl::Timer, this, &Reconnect::look);
     m_on = SettingsStore::read(applicationTitle(), section(), key()) == QLatin1String("1");
 }
 
@@ -37,7 +37,7 @@ void Reconnect::setOn(bool on)
 {
     m_on = on;
     if (!on)
-        m_timer.stop();
+        m_timer.setEnabled(false);
     reportAndEnd(reconnectSource, [on] {
         SettingsStore::write(applicationTitle(), section(), key(),
                              on ? QStringLiteral("1") : QStringLiteral("0"));
@@ -51,7 +51,7 @@ void Reconnect::waitFor(const std::shared_ptr<clsKeldoX> &unit)
     m_unit = unit;
     m_mayTry = true;
     m_timesSeen = 0;
-    m_timer.start();
+    m_timer.setEnabled(true);
 }
 
 void Reconnect::look()
@@ -60,7 +60,7 @@ void Reconnect::look()
     AppState &state = app();
     // Something else is connected, or a search has let the unit go: nobody waits for it any more.
     if (!unit || unit->PortIsOpen() || state.currentDevice != unit) {
-        m_timer.stop();
+        m_timer.setEnabled(false);
         return;
     }
     if (state.search || !state.guard().isUp())

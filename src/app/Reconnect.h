@@ -2,8 +2,7 @@
 // under its number. Off until the operator switches it on; the choice is kept.
 #pragma once
 
-#include <QObject>
-#include <QTimer>
+#include "platform/TimerControl.h"
 
 #include <memory>
 
@@ -21,14 +20,14 @@ public:
 
     // The unit's port hung up: its return is waited for, until something else is connected.
     void waitFor(const std::shared_ptr<clsKeldoX> &unit);
-    bool isWaiting() const { return m_timer.isActive(); }
+    bool isWaiting() const { return m_timer.isEnabled(); }
 
 private:
     void look();
     void connectAgain(const std::shared_ptr<clsKeldoX> &unit);
 
     bool m_on = false;
-    QTimer m_timer;
+    TimerControl m_timer;
     std::weak_ptr<clsKeldoX> m_unit;
     int m_timesSeen = 0;
     bool m_mayTry = false; // once for each return

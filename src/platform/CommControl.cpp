@@ -1,10 +1,11 @@
-// The serial control over QSerialPort.
+// The serial control over the line that carries its bytes.
 #include "platform/CommControl.h"
 
 #include "platform/EventQueue.h"
 #include "platform/PortDirectory.h"
 #include "platform/PortRefusal.h"
 #include "platform/RunTimeError.h"
+#include "platform/TestHooks.h"
 
 #include <QFileInfo>
 #include <QHash>
@@ -12,45 +13,17 @@
 
 #include <algorithm>
 
-#ifndef Q_OS_WIN
-#include <poll.h>
-#include <sys/ioctl.h>
-#endif
-
 namespace {
 
 // A unit's command is a few dozen bytes: a queue of this size means that nobody takes them.
 constexpr qint64 outputQueueLimit = 4096;
 
-// Whether the device behind an open port went away. A peer that takes nothing raises the same
-// error of Qt, but the port is well.
-bool isGone([[maybe_unused]] const QSerialPort &port)
-{
-#ifdef Q_OS_WIN
-    return true;
-#else
-    pollfd state{static_cast<int>(port.handle()), 0, 0};
-    return poll(&state, 1, 0) < 0 || (state.revents & (POLLHUP | POLLERR | POLLNVAL)) != 0;
-#endif
-}
-
-// Whether bytes have arrived that the port has not taken over yet.
-bool systemHoldsInput([[maybe_unused]] const QSerialPort &port)
-{
-#ifdef Q_OS_WIN
-    return false;
-#else
-    int held = 0;
-    return ioctl(static_cast<int>(port.handle()), FIONREAD, &held) == 0 && held > 0;
-#endif
-}
-
 } // namespace
 
-CommControl::CommControl(QObject *parent) : QObject(parent), m_port(this)
+CommControl::CommControl(QObject *parent) : QObject(parent), m_line(SerialLine::make())
 {
-    connect(&m_port, &QSerialPort::readyRead, this, &CommControl::takeReceived);
-    connect(&m_port, &QSerialPort::errorOccurred, this, &CommControl::onError);
+    connect(m_line.get(), &SerialLine::Arrived, this, &CommControl::takeReceived);
+    connect(m_line.get(), &SerialLine::Gone, this, &CommControl::onGone);
 }
 
 void CommControl::setCommPort(int number)
@@ -84,24 +57,22 @@ void CommControl::setSettings(const QString &settings)
     if (!ok)
         throw RunTimeError(ErrorNumber::InvalidPropertyValue);
     m_settings = settings;
-    m_port.setBaudRate(baud);
-    m_port.setParity(parities.value(words.at(1).toUpper()));
-    m_port.setDataBits(static_cast<QSerialPort::DataBits>(bits));
-    m_port.setStopBits(stops.value(words.at(3)));
+    m_lineSettings = {baud, parities.value(words.at(1).toUpper()),
+                      static_cast<QSerialPort::DataBits>(bits), stops.value(words.at(3))};
 }
 
 void CommControl::setDTREnable(bool on)
 {
     m_dtr = on;
     if (portOpen())
-        m_port.setDataTerminalReady(on);
+        m_line->setDataTerminalReady(on);
 }
 
 void CommControl::setRTSEnable(bool on)
 {
     m_rts = on;
     if (portOpen())
-        m_port.setRequestToSend(on);
+        m_line->setRequestToSend(on);
 }
 
 int CommControl::inBufferCount() const
@@ -122,27 +93,38 @@ void CommControl::discardInput()
     if (!portOpen())
         return;
     // What nobody has seen may end in a carriage return whose line feed is still to come.
-    m_afterCarriageReturn = m_afterCarriageReturn || systemHoldsInput(m_port);
-    m_port.clear(QSerialPort::Input);
+    m_afterCarriageReturn = m_afterCarriageReturn || m_line->holdsInput();
+    m_line->clearInput();
     m_received.clear();
 }
 
 void CommControl::discardOutput()
 {
     if (portOpen())
-        m_port.clear(QSerialPort::Output);
+        m_line->clearOutput();
+}
+
+static int &openFault()
+{
+    static int errorNumber = 0;
+    return errorNumber;
+}
+
+void TestHooks::failOpening(int errorNumber)
+{
+    openFault() = errorNumber;
 }
 
 void CommControl::setPortOpen(bool open)
 {
     if (open && portOpen())
         throw RunTimeError(ErrorNumber::PortAlreadyOpen);
-    if (open && m_openFault != 0)
-        throw RunTimeError(m_openFault);
+    if (open && openFault() != 0)
+        throw RunTimeError(openFault());
     if (open)
         openPort();
     else if (portOpen())
-        m_port.close();
+        m_line->close();
     m_received.clear();
     m_afterCarriageReturn = false;
 }
@@ -161,18 +143,12 @@ void CommControl::openPort()
     if (!isThere)
         throw portRefusal(device->location, QSerialPort::DeviceNotFoundError, {});
 
-    m_port.setPortName(device->location);
+    m_line->open(device->location, m_lineSettings);
     m_deviceName = device->location; // QSerialPort cuts the folder off
-    m_opening = true;
-    const bool opened = m_port.open(QIODevice::ReadWrite);
-    m_opening = false;
-    if (!opened)
-        throw portRefusal(m_deviceName, m_port.error(), m_port.errorString());
-    // Pseudo-terminals know no modem lines and refuse both; a unit does not need to care.
-    m_port.setDataTerminalReady(m_dtr);
-    m_port.setRequestToSend(m_rts);
-    m_port.clearError();
-    m_port.clear();
+    m_line->setDataTerminalReady(m_dtr);
+    m_line->setRequestToSend(m_rts);
+    m_line->clearInput();
+    m_line->clearOutput();
 }
 
 qsizetype CommControl::unitLength() const
@@ -196,13 +172,9 @@ void CommControl::output(const QString &text)
     if (!portOpen())
         throw RunTimeError(ErrorNumber::ValidOnlyWhenOpen);
     const QByteArray bytes = text.toLatin1();
-    if (m_port.bytesToWrite() + bytes.size() > outputQueueLimit)
+    if (m_line->bytesToWrite() + bytes.size() > outputQueueLimit)
         throw RunTimeError(ErrorNumber::DeviceBusy);
-    m_sending = true;
-    m_port.write(bytes);
-    // Without this the bytes would wait for the next turn of the event loop.
-    m_port.flush();
-    m_sending = false;
+    m_line->write(bytes);
     if (portOpen()) // else the device went away under it
         emit BytesSent(bytes);
 }
@@ -211,7 +183,7 @@ void CommControl::output(const QString &text)
 // yield may be called from here.
 void CommControl::takeReceived()
 {
-    const QByteArray bytes = m_port.readAll();
+    const QByteArray bytes = m_line->readAll();
     if (bytes.isEmpty())
         return;
     for (const char byte : bytes) {
@@ -250,15 +222,11 @@ void CommControl::raiseCommEvent()
     scheduleCommEvent();
 }
 
-void CommControl::onError(QSerialPort::SerialPortError error)
+void CommControl::onGone()
 {
-    const bool isFatal = error == QSerialPort::ResourceError || error == QSerialPort::ReadError ||
-                         error == QSerialPort::WriteError || error == QSerialPort::PermissionError;
-    if (!isFatal || m_opening || !portOpen() || (m_sending && !isGone(m_port)))
-        return;
     // A hung-up port stays "open" and reports errors without end: close it, once.
     takeReceived();
-    m_port.close();
+    m_line->close();
     m_received.clear();
     emit HungUp();
 }

@@ -2,10 +2,7 @@
 // port open, thresholds, input, output, comm event, error numbers 8000 to 8021).
 #pragma once
 
-#include <QByteArray>
-#include <QObject>
-#include <QSerialPort>
-#include <QString>
+#include "platform/SerialLine.h"
 
 class CommControl : public QObject
 {
@@ -48,7 +45,7 @@ public:
 
     // Raises 8005 when the port is open or held by another program, 8002 when the number has no
     // device, 8012 when access is not permitted, 8015 when the line cannot be set up.
-    bool portOpen() const { return m_port.isOpen(); }
+    bool portOpen() const { return m_line->isOpen(); }
     void setPortOpen(bool open);
 
     // Takes waiting bytes as Latin-1 text, as many as InputLen says. Empty on a closed port.
@@ -64,9 +61,6 @@ public:
     // Most bytes handed to one comm event.
     static constexpr int defaultEventLimit = 97;
     void setEventLimit(int bytes) { m_eventLimit = bytes; }
-
-    // For tests: every opening raises this error; 0 opens as usual.
-    void setOpenFault(int errorNumber) { m_openFault = errorNumber; }
 
     // What the operator knows the opened port by: "/dev/ttyUSB0".
     QString deviceName() const { return m_deviceName; }
@@ -84,10 +78,11 @@ private:
     void takeReceived();
     void scheduleCommEvent();
     void raiseCommEvent();
-    void onError(QSerialPort::SerialPortError error);
+    void onGone();
     qsizetype unitLength() const;
 
-    QSerialPort m_port;
+    std::unique_ptr<SerialLine> m_line;
+    SerialLine::Settings m_lineSettings;
     QString m_deviceName;
     QString m_settings = QStringLiteral("9600,N,8,1");
     QByteArray m_received;
@@ -98,11 +93,8 @@ private:
     int m_commEvent = NoEvent;
     int m_eventLimit = defaultEventLimit;
     int m_eventBudget = -1; // bytes left to the running comm event; -1 outside of one
-    int m_openFault = 0;
     bool m_dtr = true;
     bool m_rts = true;
     bool m_afterCarriageReturn = false;
     bool m_eventScheduled = false;
-    bool m_opening = false;
-    bool m_sending = false;
 };

@@ -1,6 +1,8 @@
 // Co-operative waiting on Qt's event loop.
 #include "platform/EventQueue.h"
 
+#include "platform/TestHooks.h"
+
 #include <QCoreApplication>
 #include <QEventLoop>
 
@@ -27,7 +29,7 @@ void EventQueue::endProgram()
     QCoreApplication::exit(0);
 }
 
-void EventQueue::resetEnding()
+void TestHooks::takeBackEnding()
 {
     if (!programIsEnding)
         return;

@@ -17,7 +17,4 @@ bool ending();
 // Ends the program: raises the flag and leaves every event loop, nested ones included.
 void endProgram();
 
-// A test that ended "the program" starts over.
-void resetEnding();
-
 } // namespace EventQueue

@@ -1,6 +1,8 @@
 // COM numbers over the system's list of serial ports and the user's links.
 #include "platform/PortDirectory.h"
 
+#include "platform/TestHooks.h"
+
 #include <QDir>
 #include <QFileInfo>
 #include <QSerialPortInfo>
@@ -70,10 +72,9 @@ QString PortDirectory::linkFolder()
            QStringLiteral("/keldo-x/ports");
 }
 
-void PortDirectory::reset(Lister lister)
+void TestHooks::listPorts(PortDirectory::Lister lister)
 {
-    *this = PortDirectory();
-    m_lister = std::move(lister);
+    PortDirectory::instance() = PortDirectory(std::move(lister));
 }
 
 void PortDirectory::refresh()

@@ -24,6 +24,10 @@ public:
     // The highest COM number that a search asks for.
     static constexpr int lastNumber = 255;
 
+    // Where the list comes from; an empty function asks the system.
+    using Lister = std::function<QList<Device>()>;
+    explicit PortDirectory(Lister lister = {}) : m_lister(std::move(lister)) {}
+
     static PortDirectory &instance();
 
     // Takes the listing afresh. A number stays with its device for the whole run, also while the
@@ -44,10 +48,6 @@ public:
 
     // The folder of the com<n> links.
     static QString linkFolder();
-
-    // For tests: another source of the system's list, and a directory that remembers nothing.
-    using Lister = std::function<QList<Device>()>;
-    void reset(Lister lister = {});
 
 private:
     void readLinks();

@@ -9,14 +9,14 @@ static constexpr int lookEveryMs = 1000;
 PortWatcher::PortWatcher(QObject *parent) : QObject(parent)
 {
     m_timer.setInterval(lookEveryMs);
-    connect(&m_timer, &QTimer::timeout, this, &PortWatcher::look);
+    connect(&m_timer, &TimerControl::Timer, this, &PortWatcher::look);
 }
 
 void PortWatcher::start(MayLook mayLook)
 {
     m_mayLook = std::move(mayLook);
     m_before = present();
-    m_timer.start();
+    m_timer.setEnabled(true);
 }
 
 // "7 /dev/ttyUSB0" for each number whose device is there.

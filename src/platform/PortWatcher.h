@@ -1,9 +1,9 @@
 // Notices serial ports that are plugged in and unplugged while somebody looks at a list of them.
 #pragma once
 
-#include <QObject>
+#include "platform/TimerControl.h"
+
 #include <QStringList>
-#include <QTimer>
 
 #include <functional>
 
@@ -18,7 +18,7 @@ public:
     // no news.
     using MayLook = std::function<bool()>;
     void start(MayLook mayLook = {});
-    void stop() { m_timer.stop(); }
+    void stop() { m_timer.setEnabled(false); }
 
 signals:
     // So many numbers have a device now.
@@ -28,7 +28,7 @@ private:
     static QStringList present();
     void look();
 
-    QTimer m_timer;
+    TimerControl m_timer;
     QStringList m_before;
     MayLook m_mayLook;
 };

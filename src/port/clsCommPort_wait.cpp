@@ -6,6 +6,7 @@
 #include "core/EventLog.h"
 #include "core/pauseit.h"
 #include "platform/EventQueue.h"
+#include "platform/TestHooks.h"
 
 #include <QElapsedTimer>
 #include <QScopedValueRollback>
@@ -15,7 +16,18 @@ static constexpr std::int32_t twoReplyTimeOutMs = 65535;
 
 // After a time-out the answer may still come: so long the line has to be quiet before the next
 // command.
-static constexpr int quietMs = 250;
+static constexpr int usualQuietMs = 250;
+
+static int &quietMs()
+{
+    static int ms = usualQuietMs;
+    return ms;
+}
+
+void TestHooks::settleWithin(int ms)
+{
+    quietMs() = ms > 0 ? ms : usualQuietMs;
+}
 
 bool clsCommPort::isBusy() const
 {
@@ -119,11 +131,11 @@ void clsCommPort::settle(const Still &opening)
     int before = -1;
     const auto listen = [&] {
         timer->setTag(QStringLiteral("FALSE"));
-        timer->setInterval(quietMs);
+        timer->setInterval(quietMs());
         timer->setEnabled(true);
     };
     listen();
-    while (!waitMustStop(opening) && whole.elapsed() < std::max(m_timeOutMs, quietMs)) {
+    while (!waitMustStop(opening) && whole.elapsed() < std::max(m_timeOutMs, quietMs())) {
         EventQueue::sleepUntilEvent();
         const int waiting = m_control->inBufferCount();
         if (before >= 0 && waiting != before)

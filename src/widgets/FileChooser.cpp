@@ -2,7 +2,7 @@
 #include "widgets/FileChooser.h"
 
 #include "platform/EventQueue.h"
-
+#include "platform/TestHooks.h"
 #include "widgets/DialogOwner.h"
 
 #include <QFileDialog>
@@ -10,13 +10,15 @@
 #include <QScopeGuard>
 #include <QStringList>
 
-static FileChooser::Answerer &answererSlot()
+using ChooserAnswerer = std::function<std::optional<QString>(const FileChooser::Request &)>;
+
+static ChooserAnswerer &answererSlot()
 {
-    static FileChooser::Answerer slot;
+    static ChooserAnswerer slot;
     return slot;
 }
 
-void FileChooser::setAnswerer(Answerer answerer)
+void TestHooks::answerChoosers(ChooserAnswerer answerer)
 {
     answererSlot() = std::move(answerer);
 }

@@ -26,8 +26,4 @@ std::optional<QString> choose(const Request &request);
 // The filter in Qt's words: "Text Files (*.TXT *.txt);;All Files (*)".
 QString toQtFilter(const QString &filter);
 
-// Takes the place of the dialog, for tests; an empty function puts the real one back.
-using Answerer = std::function<std::optional<QString>(const Request &)>;
-void setAnswerer(Answerer answerer);
-
 } // namespace FileChooser

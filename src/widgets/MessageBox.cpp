@@ -3,6 +3,7 @@
 
 #include "platform/Application.h"
 #include "platform/EventQueue.h"
+#include "platform/TestHooks.h"
 #include "widgets/DialogOwner.h"
 
 #include <QLabel>
@@ -97,7 +98,7 @@ MessageBox::Answer MessageBox::show(const QString &text, int style)
     return show(text, style, applicationTitle());
 }
 
-void MessageBox::setAnswerer(std::function<Answer(const Request &)> answerer)
+void TestHooks::answerBoxes(std::function<MessageBox::Answer(const MessageBox::Request &)> answerer)
 {
     answererSlot() = std::move(answerer);
 }

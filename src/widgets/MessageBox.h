@@ -26,7 +26,4 @@ Answer show(const QString &text, int style, const QString &title);
 // With the application's title as the caption.
 Answer show(const QString &text, int style);
 
-// Takes the place of the box, for tests; an empty function puts the real box back.
-void setAnswerer(std::function<Answer(const Request &)> answerer);
-
 } // namespace MessageBox

@@ -2,6 +2,7 @@
 #include "app/AppState.h"
 #include "app/modSearchPorts.h"
 #include "platform/EventQueue.h"
+#include "platform/TestHooks.h"
 #include "support/SearchBench.h"
 #include "support/TestMain.h"
 
@@ -109,7 +110,7 @@ void TestSearchBrokenOff::theProgramsEndEndsTheSearchWithoutABox()
     clock.start();
     SearchPorts(1);
     QVERIFY2(clock.elapsed() < 1000, qPrintable(QString::number(clock.elapsed())));
-    EventQueue::resetEnding();
+    TestHooks::takeBackEnding();
     QCOMPARE(bench.fixture.boxes.texts(), QStringList());
     QVERIFY(!bench.calls->contains(QStringLiteral("main.red")));
     QVERIFY(

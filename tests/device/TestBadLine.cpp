@@ -1,6 +1,7 @@
 // A line that misbehaves, seen through the object: the status and the one box of the property that
 // met it, and nothing lost for the next one.
 #include "device/UnitFixture.h"
+#include "platform/TestHooks.h"
 
 class TestBadLine : public QObject
 {
@@ -65,8 +66,9 @@ void TestBadLine::oneBadReply()
     QFETCH(QString, box);
     QFETCH(QString, events);
     UnitFixture f;
+    TestHooks::settleWithin(30);
     f.simulated->setStep(1);
-    f.connectUnit(150);
+    f.connectUnit(60);
     f.line.setFault(fault, {}, 1);
     f.boxes().expect(box, MessageBox::Exclamation);
     act(*f.unit);

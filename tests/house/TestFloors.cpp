@@ -266,7 +266,9 @@ void TestFloors::theUnitsWingKnowsNoWindows()
         const QString source = contentsOf(QStringLiteral("src/") + file.key());
         for (const QString &header : windowHeaders(source))
             found.append(file.key() + QStringLiteral(" includes ") + header);
-        // A name is enough to know somebody by.
+        // A name is enough to know somebody by. What tests answer with is named in one place.
+        if (file.key() == QLatin1String("platform/TestHooks.h"))
+            continue;
         for (const QString &name : forwardDeclarations(source))
             if (classesAbove.contains(name) || windowsOfQt.contains(name))
                 found.append(file.key() + QStringLiteral(" declares ") + name);

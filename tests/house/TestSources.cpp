@@ -14,6 +14,7 @@ private slots:
     void everyFileBeginsWithWhatItIsFor();
     void onlyThePlatformFolderKnowsTheSystem();
     void noWaitOfTheSerialPortBlocks();
+    void theProgramCallsNoHookOfTheTests();
     void theRulesSeeABreach();
 };
 
@@ -34,6 +35,23 @@ static bool blocks(const QString &source)
 {
     static const QRegularExpression call(QStringLiteral(R"(\bwaitFor(ReadyRead|BytesWritten)\b)"));
     return call.match(source).hasMatch();
+}
+
+// A hook is defined where the thing stands that it takes the place of, and called by tests alone.
+static bool callsAHook(const QString &source)
+{
+    static const QRegularExpression call(QStringLiteral(R"(^[ \t]+.*\bTestHooks::\w)"),
+                                         QRegularExpression::MultilineOption);
+    return call.match(source).hasMatch();
+}
+
+void TestSources::theProgramCallsNoHookOfTheTests()
+{
+    QStringList calling;
+    for (const QString &file : sourceFiles(QStringLiteral("src")))
+        if (callsAHook(contentsOf(file)))
+            calling.append(file);
+    QVERIFY2(calling.isEmpty(), qPrintable(calling.join(QStringLiteral("\n"))));
 }
 
 // On Windows these calls wait for another thread, with a time of 0 too, and stop the window.
@@ -78,6 +96,8 @@ void TestSources::theRulesSeeABreach()
     QVERIFY(!asksForTheSystem(QStringLiteral("#ifdef NDEBUG\n")));
     QVERIFY(blocks(QStringLiteral("m_port.waitForReadyRead(0);")));
     QVERIFY(!blocks(QStringLiteral("m_port.readAll();")));
+    QVERIFY(callsAHook(QStringLiteral("    TestHooks::failOpening(8005);")));
+    QVERIFY(!callsAHook(QStringLiteral("void TestHooks::failOpening(int errorNumber)")));
 }
 
 KELDOX_TEST(TestSources)

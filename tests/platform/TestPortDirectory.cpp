@@ -4,6 +4,7 @@
 #include "support/TestMain.h"
 
 #include "platform/PortDirectory.h"
+#include "platform/TestHooks.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -48,7 +49,7 @@ void TestPortDirectory::init()
     devices = std::make_unique<QTemporaryDir>();
     listed.clear();
     listings = 0;
-    PortDirectory::instance().reset([this] {
+    TestHooks::listPorts([this] {
         ++listings;
         return listed;
     });

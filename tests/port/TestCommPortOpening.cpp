@@ -5,6 +5,7 @@
 
 #include "app/AppState.h"
 #include "platform/RunTimeError.h"
+#include "platform/TestHooks.h"
 
 class TestCommPortOpening : public QObject
 {
@@ -201,7 +202,7 @@ void TestCommPortOpening::listedErrorsAreReported()
     QFETCH(const QString, start);
     const auto log = std::make_shared<FakeLog>();
     installEventLog(log);
-    on->control().setOpenFault(number);
+    TestHooks::failOpening(number);
     on->fixture.boxes.expect(start, 48);
     QVERIFY(!on->port->InitializePort());
     QCOMPARE(on->port->ComPortStatus(), 3);
@@ -222,7 +223,7 @@ void TestCommPortOpening::anUnlistedErrorShowsAnEmptyBox()
     QFETCH(const int, number);
     const auto log = std::make_shared<FakeLog>();
     installEventLog(log);
-    on->control().setOpenFault(number);
+    TestHooks::failOpening(number);
     on->fixture.boxes.expect(QString(), 48);
     QVERIFY(!on->port->InitializePort());
     QCOMPARE(on->port->ComPortStatus(), 3);
@@ -246,7 +247,7 @@ void TestCommPortOpening::withDisplayErrorsOffNothingIsShown()
     const auto log = std::make_shared<FakeLog>();
     installEventLog(log);
     on->port->setDisplayErrors(false);
-    on->control().setOpenFault(number);
+    TestHooks::failOpening(number);
     QVERIFY(!on->port->InitializePort());
     QCOMPARE(on->port->ComPortStatus(), status);
     QVERIFY(log->events.isEmpty());
@@ -255,7 +256,7 @@ void TestCommPortOpening::withDisplayErrorsOffNothingIsShown()
 void TestCommPortOpening::boxesCarryTheApplicationsStyle()
 {
     app().messageBoxStyle = {0x1000, 0, 0};
-    on->control().setOpenFault(8005);
+    TestHooks::failOpening(8005);
     on->fixture.boxes.expect(inUseText());
     QVERIFY(!on->port->InitializePort());
     QCOMPARE(on->fixture.boxes.shown().at(0).style, 48 + 0x1000);
@@ -276,7 +277,7 @@ void TestCommPortOpening::openPortOpensAPortThatIsClosedAndNoOther()
 
 void TestCommPortOpening::openPortRaisesTheControlsErrors()
 {
-    on->control().setOpenFault(8005);
+    TestHooks::failOpening(8005);
     QVERIFY_THROWS_EXCEPTION(RunTimeError, on->port->OpenPort());
     QCOMPARE(on->port->ComPortStatus(), 0);
 }
@@ -294,7 +295,7 @@ void TestCommPortOpening::closingEmptiesTheBufferAndIsHarmlessOnAClosedPort()
     QCOMPARE(on->port->Buffer(), QString());
 
     // Also after a failure: the status is closed, not the old error.
-    on->control().setOpenFault(8005);
+    TestHooks::failOpening(8005);
     on->port->setDisplayErrors(false);
     on->port->InitializePort();
     on->port->ClosePort();

@@ -6,6 +6,7 @@
 #include "app/Progress.h"
 #include "device/clsKeldoX.h"
 #include "platform/SettingsStore.h"
+#include "platform/TestHooks.h"
 #include "sim/SimulatedLine.h"
 #include "widgets/SearchStrip.h"
 
@@ -167,6 +168,7 @@ void TestRoadOfBadLines::theDeviceIsConnectedAgainWhenItReturns()
     m_lines.at(5)->unplug();
     QTRY_COMPARE(mainText("StatusBar_1"), QStringLiteral("NOT CONNECTED"));
     plug(5);
+    TestHooks::shortenTimers(200); // between two looks at the ports
     const QString again = QStringLiteral("CONNECTED AGAIN ON COM5");
     QTRY_COMPARE_WITH_TIMEOUT(mainText("StatusBar_1"), again, 8000);
     QCOMPARE(control<QLabel>(channelsName, "StatusBar_1")->text(), again);
@@ -184,7 +186,8 @@ void TestRoadOfBadLines::itIsNotConnectedAgainUnlessThatIsSwitchedOn()
     m_lines.at(5)->unplug();
     QTRY_COMPARE(mainText("StatusBar_1"), QStringLiteral("NOT CONNECTED"));
     plug(5);
-    QTest::qWait(3500);
+    TestHooks::shortenTimers(50);
+    QTest::qWait(500); // ten looks at the ports, were it switched on
     QCOMPARE(mainText("StatusBar_1"), QStringLiteral("NOT CONNECTED"));
     QVERIFY(m_lines.at(5)->commands().empty());
 }
@@ -226,7 +229,7 @@ void TestRoadOfBadLines::aPoliteRequestEndsTheProgramInEveryState()
         ask(400);
         search();
     } else if (state == "message box") {
-        MessageBox::setAnswerer({}); // the real one
+        TestHooks::answerBoxes({}); // the real one
         ask(400);
         search();
     } else if (state == "connect dialog") {

@@ -6,6 +6,7 @@
 #include "platform/EventQueue.h"
 #include "platform/PortDirectory.h"
 #include "platform/SettingsStore.h"
+#include "platform/TestHooks.h"
 #include "widgets/WindowPlace.h"
 
 #include <QDir>
@@ -16,12 +17,12 @@ static constexpr int iconMask = 0x70;
 
 ExpectedBoxes::ExpectedBoxes()
 {
-    MessageBox::setAnswerer([this](const MessageBox::Request &request) { return answer(request); });
+    TestHooks::answerBoxes([this](const MessageBox::Request &request) { return answer(request); });
 }
 
 ExpectedBoxes::~ExpectedBoxes()
 {
-    MessageBox::setAnswerer({});
+    TestHooks::answerBoxes({});
     for (const Expectation &missing : std::as_const(m_expected))
         QTest::qFail(qPrintable(QStringLiteral("Message box not shown: ") + missing.text), __FILE__,
                      __LINE__);
@@ -92,10 +93,14 @@ static void forgetPlaces()
 Fixture::Fixture()
 {
     forgetPlaces();
-    EventQueue::resetEnding();
+    TestHooks::takeBackEnding();
+    TestHooks::carryLines({});
+    TestHooks::failOpening(0);
+    TestHooks::shortenTimers(0);
+    TestHooks::settleWithin(0);
     resetAppState();
     installMessageBoxes();
-    PortDirectory::instance().reset([] { return QList<PortDirectory::Device>(); });
+    TestHooks::listPorts([] { return QList<PortDirectory::Device>(); });
 }
 
 Fixture::~Fixture()

@@ -2,6 +2,7 @@
 #include "support/TestMain.h"
 
 #include "platform/EventQueue.h"
+#include "platform/TestHooks.h"
 #include "widgets/MessageBox.h"
 
 #include <QApplication>
@@ -33,8 +34,8 @@ private:
 
 void TestMessageBox::cleanup()
 {
-    MessageBox::setAnswerer({});
-    EventQueue::resetEnding();
+    TestHooks::answerBoxes({});
+    TestHooks::takeBackEnding();
 }
 
 void TestMessageBox::whenOpen(const std::function<void(QMessageBox &)> &action)
@@ -172,7 +173,7 @@ void TestMessageBox::afterTheEndNoBoxOpens()
 {
     EventQueue::endProgram();
     bool asked = false;
-    MessageBox::setAnswerer([&](const MessageBox::Request &) {
+    TestHooks::answerBoxes([&](const MessageBox::Request &) {
         asked = true;
         return MessageBox::Answer::Yes;
     });
@@ -184,7 +185,7 @@ void TestMessageBox::afterTheEndNoBoxOpens()
 void TestMessageBox::anAnswererTakesTheBoxsPlace()
 {
     QList<MessageBox::Request> requests;
-    MessageBox::setAnswerer([&](const MessageBox::Request &request) {
+    TestHooks::answerBoxes([&](const MessageBox::Request &request) {
         requests.append(request);
         return MessageBox::Answer::No;
     });

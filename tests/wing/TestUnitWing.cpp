@@ -5,6 +5,7 @@
 #include "device/clsKeldoX.h"
 #include "discovery/PortSearch.h"
 #include "platform/PortDirectory.h"
+#include "platform/TestHooks.h"
 #include "sim/SimulatedLine.h"
 
 #include <QDir>
@@ -49,7 +50,7 @@ void TestUnitWing::init()
     const QString link = PortDirectory::linkFolder() + QStringLiteral("/com%1").arg(port);
     QFile::remove(link);
     QVERIFY(QFile::link(QString::fromStdString(line->device()), link));
-    PortDirectory::instance().reset([] { return QList<PortDirectory::Device>(); });
+    TestHooks::listPorts([] { return QList<PortDirectory::Device>(); });
     installMessageDoor([this](const QString &text, int, const QString &) {
         messages.append(text);
         return MessageBox::Answer::Ok;

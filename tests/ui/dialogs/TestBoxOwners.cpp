@@ -3,6 +3,7 @@
 #include "support/Hand.h"
 #include "support/TestMain.h"
 
+#include "platform/TestHooks.h"
 #include "ui/channels/frmChannels.h"
 #include "ui/connect/frmConnectToComport.h"
 #include "ui/dialogs/frmAbout.h"
@@ -111,8 +112,8 @@ void TestBoxOwners::theWindowGoesFirst()
     shown.window->show();
     shown.window->activateWindow();
     QVERIFY(QTest::qWaitForWindowActive(shown.window));
-    QTest::qWait(1);             // the monitor tells that it found no ports
-    MessageBox::setAnswerer({}); // from here on the real boxes
+    QTest::qWait(1);            // the monitor tells that it found no ports
+    TestHooks::answerBoxes({}); // from here on the real boxes
     bool boxWasShown = false;
     bool boxOutlived = false;
     const Hand hand([&](QWidget *modal) {

@@ -2,6 +2,7 @@
 #include "support/Fixture.h"
 #include "support/TestMain.h"
 
+#include "platform/TestHooks.h"
 #include "ui/dialogs/modFileHandler.h"
 #include "widgets/FileChooser.h"
 
@@ -14,7 +15,7 @@ class TestFileHelpers : public QObject
     Q_OBJECT
 
 private slots:
-    void cleanup() { FileChooser::setAnswerer({}); }
+    void cleanup() { TestHooks::answerChoosers({}); }
 
     void filters_data();
     void filters();
@@ -188,7 +189,7 @@ void TestFileHelpers::aFolderIsChosen()
     const Fixture fixture;
     std::optional<QString> chosen = QStringLiteral("/some/folder");
     FileChooser::Request asked;
-    FileChooser::setAnswerer([&](const FileChooser::Request &request) {
+    TestHooks::answerChoosers([&](const FileChooser::Request &request) {
         asked = request;
         return chosen;
     });

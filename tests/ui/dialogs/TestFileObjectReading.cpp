@@ -2,6 +2,7 @@
 #include "support/Fixture.h"
 #include "support/TestMain.h"
 
+#include "platform/TestHooks.h"
 #include "ui/dialogs/clsFileObject.h"
 #include "widgets/FileChooser.h"
 
@@ -14,7 +15,7 @@ class TestFileObjectReading : public QObject
 
 private slots:
     void init() { m_asked.clear(); }
-    void cleanup() { FileChooser::setAnswerer({}); }
+    void cleanup() { TestHooks::answerChoosers({}); }
 
     void aNewObjectKnowsNothing();
     void theDialogFollowsTheMode_data();
@@ -37,7 +38,7 @@ private slots:
 private:
     void choose(const std::optional<QString> &name)
     {
-        FileChooser::setAnswerer([this, name](const FileChooser::Request &request) {
+        TestHooks::answerChoosers([this, name](const FileChooser::Request &request) {
             m_asked.append(request);
             return name;
         });

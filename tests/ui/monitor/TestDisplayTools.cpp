@@ -4,6 +4,7 @@
 #include "support/TestMain.h"
 
 #include "core/clsLogger.h"
+#include "platform/TestHooks.h"
 #include "widgets/FileChooser.h"
 
 #include <QApplication>
@@ -58,12 +59,12 @@ struct Saved : Machine
     {
         window.Display(QString(), QStringLiteral("one"));
         window.Display(QString(), QStringLiteral("Temperatur 20 \u00b0C"));
-        FileChooser::setAnswerer([this](const FileChooser::Request &request) {
+        TestHooks::answerChoosers([this](const FileChooser::Request &request) {
             asked.append(request);
             return answer;
         });
     }
-    ~Saved() { FileChooser::setAnswerer({}); }
+    ~Saved() { TestHooks::answerChoosers({}); }
 
     void save() { entry(window, "mnuCommandSave")->trigger(); }
 
