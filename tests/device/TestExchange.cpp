@@ -14,6 +14,7 @@ private slots:
     void openingThePort();
     void openingSetsTheReplyTime_data();
     void openingSetsTheReplyTime();
+    void openingTakesThePausesOut();
     void aPortThatCannotBeOpened();
     void theThreeLogSources();
     void trailingBlanksAreTrimmed_data();
@@ -124,6 +125,19 @@ void TestExchange::openingSetsTheReplyTime()
     f.unit->InitThePort();
     f.unit->deviceWrite(QStringLiteral("*ID?"));
     QCOMPARE(port->host().tmrCommTimer2->interval(), waitMs);
+}
+
+void TestExchange::openingTakesThePausesOut()
+{
+    for (const bool between : {true, false}) { // reads, else command and waiting
+        UnitFixture f;
+        const auto port = f.unit->commPort();
+        port->setPollInterval(between ? 150 : 0);
+        port->setPollDelay(between ? 0 : 150);
+        f.unit->InitThePort();
+        QCOMPARE(f.unit->deviceWrite(QStringLiteral("*ID?")), QStringLiteral("KELDO-X"));
+        QCOMPARE(port->host().tmrCommTimer->interval(), 0); // the pauses' timer never ran
+    }
 }
 
 void TestExchange::aPortThatCannotBeOpened()

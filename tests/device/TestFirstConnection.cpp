@@ -7,6 +7,7 @@ class TestFirstConnection : public QObject
     Q_OBJECT
 
 private slots:
+    void aUnitIsFoundThenReadThenTold();
     void eventsOfAFullUnit();
     void eventsOfAnOldUnit();
     void eventsOfAUnitWithoutAGC();
@@ -24,6 +25,26 @@ static sim::UnitSettings unitOf(const QString &firmware, bool agc, bool fineTuni
     settings.optionA = agc ? sim::OptionAgc : sim::OptionAttenuatorA;
     settings.optionC = fineTuning ? sim::OptionFineTuning : 0;
     return settings;
+}
+
+// DeviceFound comes before the lock state, Initialized before DUTChange.
+void TestFirstConnection::aUnitIsFoundThenReadThenTold()
+{
+    UnitFixture f;
+    QStringList states; // "event found initialized"
+    const auto note = [&](const char *event) {
+        states.append(QString::fromLatin1(event) + QLatin1Char(' ') + text(f.unit->DeviceFound()) +
+                      QLatin1Char(' ') + text(f.unit->isInitialized()));
+    };
+    connect(f.unit.get(), &clsKeldoX::StatusChange, this, [&] { note("StatusChange"); });
+    connect(f.unit.get(), &clsKeldoX::DUTChange, this, [&] { note("DUTChange"); });
+    connect(f.unit.get(), &clsKeldoX::FreqChange, this, [&] { note("FreqChange"); });
+    QVERIFY(f.unit->Initialize());
+    const int told = states.indexOf(QStringLiteral("DUTChange True True"));
+    QVERIFY(told > 0);
+    QCOMPARE(states.mid(0, told), QStringList(told, QStringLiteral("StatusChange True False")));
+    QCOMPARE(states.mid(told), listed("DUTChange True True|FreqChange True True|"
+                                      "StatusChange True True"));
 }
 
 void TestFirstConnection::eventsOfAFullUnit()

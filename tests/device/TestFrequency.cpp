@@ -48,6 +48,7 @@ void TestFrequency::queries_data()
     row("IF", ifFreq, "*IFRQ?", "21.4 MHz", "21");
     row("IF, half to even below", ifFreq, "*IFRQ?", "22.5 MHz", "22");
     row("IF, half to even above", ifFreq, "*IFRQ?", "21.5 MHz", "22");
+    row("IF beyond 32 bits", ifFreq, "*IFRQ?", "3000000000 MHz", "0", ifBox);
     row("IF in kHz", ifFreq, "*IFRQ?", "455 kHz", "0", ifBox);
 
     const char space[] = "The device did not respond correctly to a 'channel spacing' query.";
@@ -120,6 +121,7 @@ void TestFrequency::bandwidthIsNeverReported_data()
     QTest::newRow("number") << "12500" << 12500;
     QTest::newRow("half to even") << "12500.5" << 12500;
     QTest::newRow("with unit") << "12500 Hz" << 0;
+    QTest::newRow("beyond 32 bits") << "3000000000" << 0;
     QTest::newRow("empty") << "" << 0;
     QTest::newRow("not understood") << "UNRECOGNIZED COMMAND" << 0;
 }
@@ -132,6 +134,12 @@ void TestFrequency::bandwidthIsNeverReported()
     f.connectUnit(); // no box
     QTEST(f.unit->ChanBW(), "bandwidth");
     QVERIFY(f.unit->isInitialized());
+    UnitFixture asked;
+    asked.open();
+    asked.unit->FirmwareRevision();
+    asked.reply("*BNDW?", reply.toStdString());
+    QTEST(asked.unit->ChanBW(), "bandwidth");
+    QCOMPARE(asked.events.take(), listed("StatusChange 0"));
 }
 
 void TestFrequency::anOldUnitIsNotAskedForItsBandwidth()

@@ -12,6 +12,7 @@ private slots:
     void aQueryBetweenLockedAndGood();
     void thePasswordIsSentInsideTheRefusal();
     void theModeMayBeChangedByItsHandler();
+    void oneBoxForEachConnection();
     void oneBoxEachAfterTheConnection();
     void statusAndReplyAreKept();
 };
@@ -112,6 +113,20 @@ void TestHandlers::theModeMayBeChangedByItsHandler()
     connect(f.unit.get(), &clsKeldoX::ZNcalModeChange, this, [](bool &on) { on = false; });
     f.simulated->change([](sim::UnitSettings &unit) { unit.calibratedMode = true; });
     QVERIFY(!f.unit->ZN_calMode());
+}
+
+void TestHandlers::oneBoxForEachConnection()
+{
+    UnitFixture f;
+    f.reply("*IFRQ?", "x");
+    f.reply("OPTC?", "x");
+    for (int connection = 1; connection <= 2; ++connection) {
+        f.boxes().expect(
+            QStringLiteral("The device did not respond correctly to an 'IF frequency' query."));
+        QVERIFY(f.unit->Initialize());
+        QVERIFY(f.boxes().allShown());
+        QCOMPARE(f.boxes().shown().size(), connection);
+    }
 }
 
 void TestHandlers::oneBoxEachAfterTheConnection()

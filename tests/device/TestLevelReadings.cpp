@@ -89,6 +89,8 @@ void TestLevelReadings::maximumOfNewUnits_data()
     QTest::newRow("half to even") << "31.5" << 32 << 0;
     QTest::newRow("with unit") << "31 dB" << 31 << 0;
     QTest::newRow("no number is 0") << "x" << 0 << 0;
+    QTest::newRow("only at the start") << "max 31" << 0 << 0;
+    QTest::newRow("with its exponent") << "1e1" << 10 << 0;
     QTest::newRow("not understood") << "UNRECOGNIZED COMMAND" << 50 << 2;
     QTest::newRow("not understood, with more") << "UNRECOGNIZED COMMAND 1" << 50 << 2;
 }

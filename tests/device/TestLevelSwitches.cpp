@@ -13,6 +13,8 @@ private slots:
     void AGCReading();
     void AGCOfOldUnits_data();
     void AGCOfOldUnits();
+    void whatHasNoFirmwareGate_data();
+    void whatHasNoFirmwareGate();
     void bypassReading_data();
     void bypassReading();
     void aClosedPortAnswersNothing();
@@ -162,6 +164,36 @@ void TestLevelSwitches::AGCOfOldUnits()
     f.unit->setAGC(false);
     QCOMPARE(f.sent().join(QLatin1Char('|')), sent);
     QCOMPARE(f.events.take().isEmpty(), sent.isEmpty());
+}
+
+void TestLevelSwitches::whatHasNoFirmwareGate_data()
+{
+    QTest::addColumn<Act>("act");
+    QTest::addColumn<QString>("command");
+    const auto row = [](const char *command, const Act &act) {
+        QTest::newRow(command) << act << QString::fromLatin1(command);
+    };
+    row("*AGC_?", [](clsKeldoX &u) { u.AGC(); });
+    row("*ATTN?", [](clsKeldoX &u) { u.atten(); });
+    row("*ATTN 3", [](clsKeldoX &u) { u.setAtten(3); });
+    row("*ATT STEP? ", [](clsKeldoX &u) { u.attenStep(); });
+    row("INPUT ATTN?", [](clsKeldoX &u) { u.InputAtten(); });
+    row("INPUT ATTN 3", [](clsKeldoX &u) { u.setInputAtten(3); });
+    row("*ACT_?", [](clsKeldoX &u) { u.Bypass(); });
+    row("*ACT_ 1", [](clsKeldoX &u) { u.setBypass(true); });
+}
+
+void TestLevelSwitches::whatHasNoFirmwareGate()
+{
+    QFETCH(Act, act);
+    QFETCH(QString, command);
+    for (const char *firmware : {"0.1", "1.6", "none"}) {
+        UnitFixture f(unitWithFirmware(firmware));
+        f.connectUnit();
+        f.unit->setDisplayErrors(false);
+        act(*f.unit);
+        QCOMPARE(f.sent(), QStringList{command});
+    }
 }
 
 void TestLevelSwitches::bypassReading_data()

@@ -18,6 +18,8 @@ private slots:
     void flagsOfAClosedPort();
     void fittingAGC();
     void fittingFineTuning();
+    void fittingFineTuningChangesOneBit_data();
+    void fittingFineTuningChangesOneBit();
     void fittingFineTuningOverwritesTheWordThatIsKept();
     void bypassFlag_data();
     void bypassFlag();
@@ -36,6 +38,7 @@ void TestOptions::optionReplies_data()
     QTest::newRow("with a word") << "3 OPTIONS" << -1 << true;
     QTest::newRow("empty") << "" << -1 << true;
     QTest::newRow("timed out in the unit") << "TIMED OUT" << -1 << true;
+    QTest::newRow("beyond 32 bits") << "3000000000" << -1 << true;
 }
 
 // Each word alone is bad; the first connection asks it twice and shows one box.
@@ -198,6 +201,44 @@ void TestOptions::fittingFineTuning()
     f.unit->setHasPelltrim(false);
     QCOMPARE(f.simulated->optionC(), 5);
     QVERIFY(f.sent().contains(QStringLiteral("OPTC 5")));
+}
+
+void TestOptions::fittingFineTuningChangesOneBit_data()
+{
+    QTest::addColumn<QString>("firmware");
+    QTest::addColumn<int>("word");
+    QTest::addColumn<bool>("fitted");
+    QTest::addColumn<QString>("commands");
+    QTest::newRow("on") << "3.38" << 508 << true << "OPTC 510|OPTC?";
+    QTest::newRow("off, of eight bits") << "3.38" << 511 << false << "OPTC 253|OPTC?";
+    QTest::newRow("on, already") << "3.37" << 7 << true << "!BOPT 7|*BOPT?";
+    QTest::newRow("off, older") << "3.37" << 7 << false << "!BOPT 5|*BOPT?";
+}
+
+// A unit that is not connected yet is asked for its word first.
+void TestOptions::fittingFineTuningChangesOneBit()
+{
+    QFETCH(QString, firmware);
+    QFETCH(int, word);
+    QFETCH(bool, fitted);
+    QFETCH(QString, commands);
+    sim::UnitSettings settings = unitWithFirmware(firmware.toStdString());
+    settings.optionC = word;
+    UnitFixture fresh(settings);
+    fresh.open();
+    fresh.unit->FirmwareRevision();
+    fresh.sent();
+    fresh.unit->setHasPelltrim(fitted);
+    QCOMPARE(fresh.sent().join(QLatin1Char('|')),
+             commands.section(QLatin1Char('|'), 1) + QLatin1Char('|') + commands);
+    fresh.unit->commPort()->ClosePort();
+    fresh.unit->setHasPelltrim(fitted);
+    QVERIFY(fresh.line.commands().empty());
+
+    UnitFixture known(settings);
+    known.connectUnit();
+    known.unit->setHasPelltrim(fitted);
+    QCOMPARE(known.sent().join(QLatin1Char('|')), commands);
 }
 
 void TestOptions::fittingFineTuningOverwritesTheWordThatIsKept()

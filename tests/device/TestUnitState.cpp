@@ -8,6 +8,8 @@ class TestUnitState : public QObject
 private slots:
     void revision_data();
     void revision();
+    void anErrorWordLeavesTheRevisionEmpty_data();
+    void anErrorWordLeavesTheRevisionEmpty();
     void address_data();
     void address();
     void addressReading();
@@ -42,6 +44,31 @@ void TestUnitState::revision()
     QCOMPARE(f.sent().first(), QStringLiteral("*REVISION?"));
     f.unit->commPort()->ClosePort();
     QCOMPARE(f.unit->FirmwareRevision(), QString());
+}
+
+void TestUnitState::anErrorWordLeavesTheRevisionEmpty_data()
+{
+    QTest::addColumn<QString>("reply");
+    QTest::addColumn<QString>("kept");
+    QTest::newRow("timed out in the unit") << "TIMED OUT"
+                                           << "";
+    QTest::newRow("not understood") << "UNRECOGNIZED COMMAND"
+                                    << "";
+    QTest::newRow("not exactly that word") << "TIMED OUT 1"
+                                           << "TIMED OUT 1";
+    QTest::newRow("in small letters") << "timed out"
+                                      << "timed out";
+}
+
+// A connected unit answers from its member.
+void TestUnitState::anErrorWordLeavesTheRevisionEmpty()
+{
+    QFETCH(QString, reply);
+    UnitFixture f;
+    f.reply("*REVISION?", reply.toStdString());
+    f.connectUnit();
+    QTEST(f.unit->FirmwareRevision(), "kept");
+    QCOMPARE(f.sent(), QStringList());
 }
 
 void TestUnitState::address_data()
