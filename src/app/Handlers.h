@@ -10,14 +10,14 @@
 #include <utility>
 
 // Runs the body only while the guard is up, lowers it for the length of the body and raises it
-// afterwards, also when the body fails. Tells whether the body ran.
+// afterwards, also when the body or whoever hears of the guard fails. Tells whether it was up.
 template <class Body> bool whileGuarded(Body &&body)
 {
     EventGuard &guard = app().guard();
     if (!guard.isUp())
         return false;
-    guard.set(false);
     const auto raise = qScopeGuard([&guard] { guard.set(true); });
+    guard.set(false);
     std::forward<Body>(body)();
     return true;
 }
@@ -38,16 +38,23 @@ template <class PutBack> struct Afterwards
 };
 template <class PutBack> Afterwards(PutBack) -> Afterwards<PutBack>;
 
-// Runs a handler: the body is only what it does. What fails is reported under the source.
-template <class Body> void handle(const char *source, Body &&body)
+// Runs a handler: the body is only what it does. What fails is reported under the source, the
+// body's own failure while the guard is still down. Tells whether the body ran.
+template <class Body> bool handle(const char *source, Body &&body)
 {
-    whileGuarded([&] { reportAndEnd(source, std::forward<Body>(body)); });
+    bool ran = false;
+    reportAndEnd(source, [&] {
+        whileGuarded([&] {
+            ran = true;
+            reportAndEnd(source, std::forward<Body>(body));
+        });
+    });
+    return ran;
 }
 
 template <class Body, class PutBack>
 void handle(const char *source, Body &&body, const PutBack &control)
 {
-    const bool ran = whileGuarded([&] { reportAndEnd(source, std::forward<Body>(body)); });
-    if (!ran || PutBack::always)
+    if (!handle(source, std::forward<Body>(body)) || PutBack::always)
         control.putBack();
 }
