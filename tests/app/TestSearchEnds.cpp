@@ -20,6 +20,8 @@ private slots:
     void aForeignDeviceIsLoggedAndSkipped();
     void aSilentPortCostsOneTimeOut();
     void aSilentAddressIsLoggedOnceEach();
+    void aSilentAddressCostsOneTimeOut();
+    void onASilentLineEachCommandOfAnAddressIsWaitedForOnce();
     void aBusyPortStillLogsThatItCanBeOpened();
     void aPortThatCannotBeOpenedIsSkippedSilently();
     void aPortThatHangsUpDuringTheProbeIsSkipped();
@@ -152,6 +154,43 @@ void TestSearchEnds::aSilentAddressIsLoggedOnceEach()
     QCOMPARE(bench.logOf(QStringLiteral("SearchComPorts")), QStringList(8, cannotRespond(4)));
     QCOMPARE(bench.logOf(QStringLiteral("serial device ")),
              QStringList(8, QStringLiteral(" timed out ")));
+}
+
+// On a line whose units confirm that they are called.
+void TestSearchEnds::aSilentAddressCostsOneTimeOut()
+{
+    SearchBench bench;
+    bench.line(4).setResponder([](const std::string &command) -> std::optional<std::string> {
+        if (command == "*ID?")
+            return std::nullopt;
+        return "OK";
+    });
+    bench.fixture.boxes.expect(checkConnections);
+    QElapsedTimer clock;
+    clock.start();
+    SearchOneAddress(4, 5);
+    QVERIFY2(clock.elapsed() >= 1890, qPrintable(QString::number(clock.elapsed())));
+    QVERIFY2(clock.elapsed() < 2 * 1900, qPrintable(QString::number(clock.elapsed())));
+    QCOMPARE(bench.logOf(QStringLiteral("serial device ")),
+             QStringList{QStringLiteral(" timed out ")});
+}
+
+// Nobody there: each address is still released, called and asked, and nothing is asked twice.
+void TestSearchEnds::onASilentLineEachCommandOfAnAddressIsWaitedForOnce()
+{
+    SearchBench bench;
+    bench.silence(4);
+    bench.waitOnly(40);
+    bench.fixture.boxes.expect(checkConnections);
+    SearchPorts(2, QStringLiteral("4"));
+    QStringList commands;
+    for (int address = 1; address <= 8; ++address)
+        commands << QStringLiteral(">UNLISTEN") << QStringLiteral(">LISTEN0%1").arg(address)
+                 << QStringLiteral("*ID?");
+    QCOMPARE(bench.sentTo(4), commands);
+    QCOMPARE(bench.logOf(QStringLiteral("serial device ")),
+             QStringList(commands.size(), QStringLiteral(" timed out ")));
+    QCOMPARE(bench.logOf(QStringLiteral("SearchComPorts")), QStringList(8, cannotRespond(4)));
 }
 
 void TestSearchEnds::aBusyPortStillLogsThatItCanBeOpened()

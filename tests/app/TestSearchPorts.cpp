@@ -1,6 +1,7 @@
 // The order of a whole search: what the windows, the rows, the line and the log see of it.
 #include "app/AppState.h"
 #include "app/modSearchPorts.h"
+#include "support/Failures.h"
 #include "support/SearchBench.h"
 #include "support/TestMain.h"
 
@@ -12,6 +13,7 @@ class TestSearchPorts : public QObject
 private slots:
     void preparingTellsTheWindowsInOrder();
     void preparingResetsCountAndFlagAndSetsUpTheProgressBar();
+    void aFailureInPreparingIsReportedAndTheRestPrepared();
     void aSearchOfOnePortRunsInItsOrder();
     void theWholeLogOfAFoundUnit();
     void aFoundUnitIsBoundWithItsSettings();
@@ -69,6 +71,24 @@ void TestSearchPorts::preparingResetsCountAndFlagAndSetsUpTheProgressBar()
     QCOMPARE(app().foundUnits, std::int16_t(0));
     QVERIFY(!app().searchFinished);
     QCOMPARE(bench.channels->maximumValue, 516);
+    QVERIFY(bench.channels->progressVisible);
+}
+
+void TestSearchPorts::aFailureInPreparingIsReportedAndTheRestPrepared()
+{
+    class FailingWindow : public FakeMainWindow
+    {
+    public:
+        void resetForSearch() override { fail(); }
+    };
+    SearchBench bench;
+    app().foundUnits = 3;
+    app().mainWindow = std::make_shared<FailingWindow>();
+    bench.fixture.boxes.expect(failureIn("SearchPorts.InitializeStuff"), MessageBox::Exclamation);
+    InitializeStuff();
+    QVERIFY(bench.fixture.boxes.allShown());
+    QVERIFY(bench.calls->contains(QStringLiteral("monitor.closeComPort")));
+    QCOMPARE(app().foundUnits, std::int16_t(0));
     QVERIFY(bench.channels->progressVisible);
 }
 

@@ -2,6 +2,7 @@
 #include "ChannelsBench.h"
 
 #include "platform/Application.h"
+#include "support/Failures.h"
 #include "widgets/PanelStatusBar.h"
 
 #include <QProgressBar>
@@ -18,6 +19,7 @@ private slots:
     void showColumnLabelsMakesThemVisibleAgain();
     void captionsAfterLoading();
     void loadingSelectsTheFirstTab();
+    void aFailureInLoadingIsReportedAndTheRestLoaded();
     void tabsWithoutRowsSaySo();
     void rowsStandOnTheirTabs();
     void activeChannel();
@@ -107,6 +109,19 @@ void TestChannelsWindow::loadingSelectsTheFirstTab()
     window->load();
     QVERIFY(window->isLoaded());
     QCOMPARE(tabs->currentIndex(), 0);
+}
+
+void TestChannelsWindow::aFailureInLoadingIsReportedAndTheRestLoaded()
+{
+    Fixture fixture;
+    const auto window = std::make_shared<frmChannels>();
+    connect(window.get(), &QWidget::windowTitleChanged, this, fail, Qt::SingleShotConnection);
+    fixture.boxes.expect(failureIn("frmMain.Form_Load"), MessageBox::Exclamation);
+    window->load();
+    QVERIFY(fixture.boxes.allShown());
+    QVERIFY(window->isLoaded());
+    QCOMPARE(window->findChild<QRadioButton *>(QStringLiteral("optPortNum_8"))->text(),
+             QStringLiteral(" 8"));
 }
 
 void TestChannelsWindow::tabsWithoutRowsSaySo()

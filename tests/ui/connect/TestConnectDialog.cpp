@@ -1,5 +1,6 @@
 // The connect-to-port dialog: what it shows, lists and resets, and what Cancel leaves.
 #include "ConnectDialogBench.h"
+#include "support/Failures.h"
 #include "support/TestMain.h"
 
 class TestConnectDialog : public QObject
@@ -16,6 +17,7 @@ private slots:
     void withoutAPortOkOnlyCloses();
     void theDialogCanBeOpenedAgain();
     void escapeIsCancel();
+    void aFailureInOkIsReportedAndTheDialogCloses();
 };
 
 void TestConnectDialog::itShowsItsTexts()
@@ -173,6 +175,24 @@ void TestConnectDialog::escapeIsCancel()
     bench.line(2);
     frmConnectToComport dialog;
     open(dialog, [&] { QTest::keyClick(&dialog, Qt::Key_Escape); });
+    QCOMPARE(bench.sentTo(1), QStringList());
+    verifyAtRest(bench);
+}
+
+void TestConnectDialog::aFailureInOkIsReportedAndTheDialogCloses()
+{
+    SearchBench bench;
+    bench.unit(1);
+    bench.line(2);
+    bench.fixture.boxes.expect(failureIn("frmConnectToKnownComport.OKButton_Click"),
+                               MessageBox::Exclamation);
+    frmConnectToComport dialog;
+    std::optional<FailsOn> change;
+    open(dialog, [&] {
+        change.emplace(&tovinR(dialog), QEvent::EnabledChange);
+        press(dialog, "OKButton");
+    });
+    QVERIFY(bench.fixture.boxes.allShown());
     QCOMPARE(bench.sentTo(1), QStringList());
     verifyAtRest(bench);
 }

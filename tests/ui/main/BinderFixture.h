@@ -17,7 +17,7 @@ public:
         bar->setTracking(false);
         bar->setFocusPolicy(Qt::StrongFocus);
         bar->setInvertedControls(false);
-        bar->setMaximum(255);
+        bar->setRange(7, 99);
         auto *row = new QVBoxLayout(this);
         for (QWidget *control : std::initializer_list<QWidget *>{check, bar, box})
             row->addWidget(control);

@@ -1,6 +1,7 @@
 // The main window's menu entries that open dialogs: polling interval, known port, information.
 #include "MainBench.h"
 
+#include "support/Failures.h"
 #include "support/Hand.h"
 #include "ui/dialogs/frmAbout.h"
 #include "ui/dialogs/frmContact.h"
@@ -38,6 +39,7 @@ private slots:
     void zeroStopsTheTicking();
     void knownPortEntryFollowsGuardAndSearch();
     void knownPortLowersTheGuardAndRestartsPolling();
+    void knownPortReportsAFailureAndGoesOn();
     void closingTheMainWindowUnderTheDialogEndsTheProgram();
     void operationIsShownOnceModeless();
     void aboutIsModal();
@@ -173,6 +175,38 @@ void TestDialogEntries::knownPortLowersTheGuardAndRestartsPolling()
     QVERIFY(bench.polling()->isEnabled());
     QCOMPARE(bench.panel(1), QStringLiteral("NOT CONNECTED"));
     QVERIFY(bench.entry("mnuConnectKnownComport")->isEnabled());
+}
+
+void TestDialogEntries::knownPortReportsAFailureAndGoesOn()
+{
+    class FailingWindow : public frmMain_KeldoX2
+    {
+    public:
+        void stopPolling() override
+        {
+            if (std::exchange(fails, false))
+                fail();
+            frmMain_KeldoX2::stopPolling();
+        }
+        bool fails = false;
+    };
+    MainBench bench;
+    const auto window = std::make_shared<FailingWindow>();
+    app().mainWindow = bench.window = window;
+    window->load();
+    const sim::SimulatedLine line;
+    const sim::SimulatedLine last;
+    bench.fixture.plug(4, line.device());
+    bench.fixture.plug(9, last.device());
+    bench.show();
+    window->fails = true;
+    bench.boxes().expect(failureIn("frmMain.mnuConnectKnownComport_Click"),
+                         MessageBox::Exclamation);
+    const Hand hand([](QWidget *box) { box->close(); });
+    bench.entry("mnuConnectKnownComport")->trigger();
+    QVERIFY(hand.acted); // the dialog was opened all the same
+    QVERIFY(bench.boxes().allShown());
+    QVERIFY(app().guard().isUp());
 }
 
 void TestDialogEntries::closingTheMainWindowUnderTheDialogEndsTheProgram()
