@@ -98,6 +98,10 @@ void TestMonitorPorts::aSearchBegunDuringTheListing()
     site.window->show();
     QTRY_VERIFY_WITH_TIMEOUT(begun && site.ports()->isEnabled(), 10000);
     QCOMPARE(site.listed(), site.expected);
+    // No port was in the other one's hands.
+    QCOMPARE(
+        site.search.logOf(QStringLiteral("SearchPorts")).filter(QStringLiteral("is already open")),
+        QStringList());
     QCOMPARE(app().foundUnits, std::int16_t(1));
     QVERIFY(app().searchFinished);
     QVERIFY(!app().search);
