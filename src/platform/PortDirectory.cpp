@@ -106,7 +106,7 @@ void PortDirectory::readLinks()
 
 void PortDirectory::numberListedPorts()
 {
-    QList<Device> ports = m_lister ? m_lister() : systemPorts();
+    QList<Device> ports = (m_lister ? m_lister() : systemPorts()) + m_named;
 #ifdef Q_OS_WIN
     for (const Device &port : std::as_const(ports))
         if (const int number = comNumber(port.name); number > 0)
@@ -171,6 +171,32 @@ std::optional<PortDirectory::Device> PortDirectory::find(int number)
     if (const auto numbered = m_numbered.constFind(number); numbered != m_numbered.cend())
         return *numbered;
     return std::nullopt;
+}
+
+// 0 for a device without a number. A device that is gone is known by its name alone.
+int PortDirectory::knownNumberOf(const QString &location) const
+{
+    const auto canonical = [](const QString &name) {
+        const QString file = QFileInfo(name).canonicalFilePath();
+        return file.isEmpty() ? name : file;
+    };
+    const QString wanted = canonical(location);
+    for (const auto *ports : {&m_linked, &m_numbered})
+        for (auto port = ports->cbegin(); port != ports->cend(); ++port)
+            if (canonical(port->location) == wanted)
+                return port.key();
+    return 0;
+}
+
+int PortDirectory::numberOf(const QString &location)
+{
+    if (!m_listed)
+        refresh();
+    if (const int number = knownNumberOf(location); number > 0)
+        return number;
+    m_named.append({location, QFileInfo(location).fileName(), {}});
+    refresh();
+    return knownNumberOf(location);
 }
 
 bool PortDirectory::isPresent(int number)

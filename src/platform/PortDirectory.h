@@ -38,6 +38,10 @@ public:
     // Nothing for a number without a device. The device may have gone since: look before opening.
     std::optional<Device> find(int number);
 
+    // The number of a device ("/dev/serial/by-id/..."), as of the last listing. One that the system
+    // does not list takes a free number, and keeps it.
+    int numberOf(const QString &location);
+
     // The number has a device as of the last listing, and the device is there now.
     bool isPresent(int number);
     // Present, and this user may read and write it.
@@ -53,6 +57,7 @@ private:
     void readLinks();
     void numberListedPorts();
     bool isLinked(const Device &port) const;
+    int knownNumberOf(const QString &location) const;
     int newNumberFor(const Device &port) const;
     int freeNumber() const;
 
@@ -60,5 +65,6 @@ private:
     bool m_listed = false;
     QHash<int, Device> m_linked;   // of the present listing
     QHash<int, Device> m_numbered; // present ports without a link
+    QList<Device> m_named;         // ports that the system does not list
     QMap<QString, int> m_numberOf; // identity@location to number, for the whole run
 };

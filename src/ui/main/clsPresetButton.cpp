@@ -4,17 +4,11 @@
 #include "app/Words.h"
 #include "core/Message.h"
 #include "core/ResumeNext.h"
+#include "core/StoredPreset.h"
 #include "core/TextNumbers.h"
-#include "platform/Application.h"
-#include "platform/SettingsStore.h"
 #include "widgets/PlainText.h"
 
 #include <QLineEdit>
-
-static QString settingsSection()
-{
-    return QStringLiteral("Settings");
-}
 
 void setBackColor(QPushButton &button, const QColor &color)
 {
@@ -65,21 +59,14 @@ void clsPresetButton::showMeaning()
     m_button->setAccessibleDescription(meaning);
 }
 
-QString clsPresetButton::key() const
-{
-    return QStringLiteral("PresetFrequency") + numberToTextWithBlank(m_index);
-}
-
 void clsPresetButton::SaveToPersistantStorage() const
 {
-    SettingsStore::write(applicationTitle(), settingsSection(), key(),
-                         numberToTextWithBlank(m_value));
+    StoredPreset::write(m_index, m_value);
 }
 
 void clsPresetButton::LoadFromPersistantStorage()
 {
-    const QString stored = SettingsStore::read(applicationTitle(), settingsSection(), key());
-    setValue(isNumeric(stored) ? numericValue(stored) : 0);
+    setValue(StoredPreset::read(m_index));
 }
 
 void clsPresetButton::setButton(QPushButton *button)

@@ -60,7 +60,6 @@ public:
     void setEnabled(bool enabled);
 
 private:
-    QString key() const;
     void showMeaning();
 
     std::int16_t m_index = -1;

@@ -1,0 +1,51 @@
+// The text of --help.
+#include "ctl/Request.h"
+
+static const char text[] =
+    "Usage: keldo-x-ctl COMMAND [WORD...] [OPTION...]\n"
+    "Tunes, reads and watches Keldo-X filters and addressable Tovin-R units from a shell.\n"
+    "\n"
+    "Commands:\n"
+    "  ports                     list the serial ports, and what keeps a port from being used\n"
+    "  search                    look for units on every port; with --port for the addresses\n"
+    "                            1 to 8 of a shared line\n"
+    "  get [NAME...]             read these values of the unit, or all that it has\n"
+    "  set NAME VALUE...         set values; each is read back and printed when it is confirmed\n"
+    "  watch                     a line with lock state and frequency each second\n"
+    "  raw LINE                  send one line and print the reply; \"-\" reads the line from\n"
+    "                            standard input (a PASSWORD need not stand in the command)\n"
+    "  preset [1 to 4]           list the program's presets, or tune to one\n"
+    "  follow HOST[:PORT]        tune the filter as a receiver is tuned, which a rigctld or\n"
+    "                            another program of its network protocol tells (port 4532)\n"
+    "\n"
+    "Names:\n"
+    "  to set    frequency 146.5MHz (or Hz, kHz, GHz, or \"step 1860\"), step 1860,\n"
+    "            attenuation 10dB, agc on|off, agc-offset -3dB, input-attenuation 3dB,\n"
+    "            bypass on|off, limiting nominal|-1|-2, pelltrim 128, calibrated on|off\n"
+    "  to read   these, and lock, identity, revision, range, start, center, stop, spacing,\n"
+    "            max-step, bandwidth, if, max-attenuation, attenuation-step,\n"
+    "            pelltrim-calibration\n"
+    "\n"
+    "Options:\n"
+    "  --port COM5               the unit's port: COM5, COM5:3 with an address, or a device's\n"
+    "                            path as /dev/ttyUSB0\n"
+    "  --address 3               the unit with this address, 1 to 8, of a shared line\n"
+    "  --timeout SECONDS         wait so long for a reply (10)\n"
+    "  --json                    results as JSON, one object or list a line\n"
+    "  --verbose                 show both sides of the wire on standard error\n"
+    "  --interval SECONDS        watch: between two lines (1); follow: between two questions\n"
+    "                            to the receiver (0.5)\n"
+    "  --count N                 watch: end after so many lines\n"
+    "  --offset FREQUENCY        follow: add this to the receiver's frequency\n"
+    "  --tuning-step FREQUENCY   follow: retune only when it moved by more than this\n"
+    "  --min, --max FREQUENCY    follow: tune the filter within these limits only\n"
+    "  -h, --help                show this text\n"
+    "  -v, --version             show the version\n"
+    "\n"
+    "Exit codes: 0 done, 1 the unit refused or answered badly, 2 wrong use, 3 no such port,\n"
+    "no access or in use, 4 no answer.\n";
+
+QString usage()
+{
+    return QString::fromLatin1(text);
+}
