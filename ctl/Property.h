@@ -24,6 +24,8 @@ struct Property
     void (*write)(clsKeldoX &unit, const QJsonValue &value) = nullptr;
     // What is read back confirms what was set; null: the two are equal.
     bool (*confirms)(clsKeldoX &unit, const QJsonValue &asked, const QJsonValue &has) = nullptr;
+    // While the AGC is on it is the unit's own affair: not read unless asked for by name.
+    bool isSetByAGC = false;
     const char *values = ""; // that may be set, for messages
     const char *trueWord = "on";
     const char *falseWord = "off";

@@ -43,6 +43,8 @@ private:
 
 void Reading::read(const Property &property, bool mustHave)
 {
+    if (property.isSetByAGC && !mustHave && m_values[QStringLiteral("agc")].toBool())
+        return;
     m_link.begin();
     try {
         requireOffered(m_link, property);
