@@ -12,9 +12,20 @@ static void write(std::FILE *stream, QByteArray bytes)
     std::fflush(stream);
 }
 
+// A unit or a receiver may send anything, and a terminal obeys control characters.
+static QByteArray printable(const QString &text)
+{
+    QString shown;
+    for (const QChar character : text)
+        shown += character.isPrint()
+                     ? QString(character)
+                     : QStringLiteral("\\%1").arg(character.unicode(), 2, 16, QLatin1Char('0'));
+    return shown.toLocal8Bit();
+}
+
 void Print::line(const QString &text)
 {
-    write(stdout, text.toLocal8Bit());
+    write(stdout, printable(text));
 }
 
 void Print::json(const QJsonObject &object)
@@ -29,10 +40,10 @@ void Print::json(const QJsonArray &array)
 
 void Print::message(const QString &text)
 {
-    write(stderr, (QStringLiteral("keldo-x-ctl: ") + text).toLocal8Bit());
+    write(stderr, "keldo-x-ctl: " + printable(text));
 }
 
 void Print::trace(const QString &text)
 {
-    write(stderr, text.toLocal8Bit());
+    write(stderr, printable(text));
 }

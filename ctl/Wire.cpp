@@ -62,21 +62,10 @@ void Wire::showMissing()
         show("<", QStringLiteral("(no answer)"));
 }
 
-// A unit may send anything, and a terminal obeys control characters.
-static QString printable(const QString &text)
-{
-    QString shown;
-    for (const QChar character : text)
-        shown += character.isPrint()
-                     ? QString(character)
-                     : QStringLiteral("\\%1").arg(character.unicode(), 2, 16, QLatin1Char('0'));
-    return shown;
-}
-
 void Wire::show(const char *direction, const QString &text) const
 {
     if (m_shows)
         Print::trace(
             QStringLiteral("COM%1 %2 ").arg(m_port.PortNumber()).arg(QLatin1String(direction)) +
-            printable(startOfText(secrets().masked(text))));
+            startOfText(secrets().masked(text)));
 }

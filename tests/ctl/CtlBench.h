@@ -97,8 +97,8 @@ public:
 // Tells what came instead.
 #define CTL_COMPARE(outcome, expectedCode, expectedOut)                                            \
     do {                                                                                           \
-        QVERIFY2((outcome).code == (expectedCode),                                                 \
-                 qPrintable(QStringLiteral("code %1: ").arg((outcome).code) + (outcome).out +      \
-                            (outcome).err));                                                       \
-        QCOMPARE((outcome).out, QString::fromUtf8(expectedOut));                                   \
+        const Outcome &came = (outcome);                                                           \
+        QVERIFY2(came.code == (expectedCode),                                                      \
+                 qPrintable(QStringLiteral("code %1: ").arg(came.code) + came.out + came.err));    \
+        QCOMPARE(came.out, QString::fromUtf8(expectedOut));                                        \
     } while (false)

@@ -3,10 +3,10 @@
 // windows.
 #include "support/TestMain.h"
 
+#include "Includes.h"
 #include "SourceTree.h"
 
 #include <QHash>
-#include <QLibraryInfo>
 #include <QMap>
 #include <QRegularExpression>
 #include <QSet>
@@ -35,7 +35,6 @@ private:
     static const QMap<QString, QStringList> &below();
     static bool isOfUnitWing(const QString &file);
     static Includes betweenFolders(const Includes &includes);
-    static QStringList windowHeaders(const QString &source);
     static QStringList forwardDeclarations(const QString &source);
     static QStringList violations(const Includes &includes);
     static QStringList cycleIn(const Includes &includes);
@@ -45,24 +44,6 @@ private:
     const QSet<QString> windowsOfQt{QStringLiteral("QWidget"), QStringLiteral("QMainWindow"),
                                     QStringLiteral("QDialog"), QStringLiteral("QComboBox")};
 };
-
-static QStringList quotedIncludes(const QString &source)
-{
-    static const QRegularExpression line(QStringLiteral(R"re(^\s*#\s*include\s*"([^"]+)")re"),
-                                         QRegularExpression::MultilineOption);
-    QStringList names;
-    for (auto match = line.globalMatch(source); match.hasNext();)
-        names.append(match.next().captured(1));
-    return names;
-}
-
-// What the build makes of a window's design or a class's signals is no file of the tree.
-static bool isGenerated(const QString &name)
-{
-    return name.startsWith(QLatin1String("ui_")) || name.contains(QLatin1String("/ui_")) ||
-           name.endsWith(QLatin1String(".moc")) ||
-           QFileInfo(name).fileName().startsWith(QLatin1String("moc_"));
-}
 
 // An include is written from src/ or beside the file itself.
 static QString resolved(const QString &file, const QString &name)
@@ -137,23 +118,6 @@ TestFloors::Includes TestFloors::betweenFolders(const Includes &includes)
             if (folderOf(name) != folderOf(file.key()))
                 arrows[folderOf(file.key())].append(folderOf(name));
     return arrows;
-}
-
-// Includes of Qt headers that belong neither to QtCore nor to QtSerialPort.
-QStringList TestFloors::windowHeaders(const QString &source)
-{
-    static const QRegularExpression line(
-        QStringLiteral(R"re(^\s*#\s*include\s*<(?:Qt\w+/)?(Q\w+)>)re"),
-        QRegularExpression::MultilineOption);
-    const QDir headers(QLibraryInfo::path(QLibraryInfo::HeadersPath));
-    QStringList found;
-    for (auto match = line.globalMatch(source); match.hasNext();) {
-        const QString name = match.next().captured(1);
-        if (!headers.exists(QStringLiteral("QtCore/") + name) &&
-            !headers.exists(QStringLiteral("QtSerialPort/") + name))
-            found.append(name);
-    }
-    return found;
 }
 
 // Classes that the source only declares: "class frmMain_KeldoX2;".

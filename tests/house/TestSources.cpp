@@ -58,16 +58,17 @@ void TestSources::theProgramCallsNoHookOfTheTests()
 void TestSources::noWaitOfTheSerialPortBlocks()
 {
     QStringList blocking;
-    for (const QString &file : sourceFiles(QStringLiteral("src")))
-        if (blocks(contentsOf(file)))
-            blocking.append(file);
+    for (const char *folder : {"src", "ctl"})
+        for (const QString &file : sourceFiles(QString::fromLatin1(folder)))
+            if (blocks(contentsOf(file)))
+                blocking.append(file);
     QVERIFY2(blocking.isEmpty(), qPrintable(blocking.join(QStringLiteral("\n"))));
 }
 
 void TestSources::everyFileBeginsWithWhatItIsFor()
 {
     QStringList silent;
-    for (const char *folder : {"src", "sim", "tests", "bench"})
+    for (const char *folder : {"src", "ctl", "sim", "tests", "bench"})
         for (const QString &file : sourceFiles(QString::fromLatin1(folder)))
             if (!beginsWithComment(contentsOf(file)))
                 silent.append(file);
@@ -77,7 +78,8 @@ void TestSources::everyFileBeginsWithWhatItIsFor()
 void TestSources::onlyThePlatformFolderKnowsTheSystem()
 {
     QStringList asking;
-    const QStringList files = sourceFiles(QStringLiteral("src"));
+    const QStringList files =
+        sourceFiles(QStringLiteral("src")) + sourceFiles(QStringLiteral("ctl"));
     QVERIFY(files.size() > 20);
     for (const QString &file : files)
         if (!file.startsWith(QLatin1String("src/platform/")) && asksForTheSystem(contentsOf(file)))
