@@ -29,6 +29,8 @@ private slots:
     void adaptersThatShareASerialNumberKeepTheirNumbers();
     void aLinkTakesANumberFromAListedPort();
     void aDeviceIsDescribedForPeople();
+    void aDeviceIsFoundByItsPath();
+    void aDeviceThatIsNotListedTakesAFreeNumber();
 
 private:
     // The device file of a listed port, really there.
@@ -241,6 +243,38 @@ void TestPortDirectory::aDeviceIsDescribedForPeople()
     QCOMPARE(directory.describe(3), QString());
     fixture->plug(3, devices->filePath(QStringLiteral("ttyUSB9")));
     QCOMPARE(directory.describe(3), QStringLiteral("ttyUSB9, linked as com3"));
+}
+
+void TestPortDirectory::aDeviceIsFoundByItsPath()
+{
+    listed = {port(QStringLiteral("ttyUSB0")), port(QStringLiteral("ttyUSB1"))};
+    const QString linked = port(QStringLiteral("ttyS4")).location;
+    fixture->plug(9, linked);
+    PortDirectory &directory = PortDirectory::instance();
+    QCOMPARE(directory.numberOf(listed.at(1).location), 2);
+    QCOMPARE(directory.numberOf(linked), 9);
+    // By another name of it, as udev makes them.
+    const QString other = devices->filePath(QStringLiteral("by-id"));
+    QVERIFY(QFile::link(listed.at(1).location, other));
+    QCOMPARE(directory.numberOf(other), 2);
+}
+
+void TestPortDirectory::aDeviceThatIsNotListedTakesAFreeNumber()
+{
+    listed = {port(QStringLiteral("ttyUSB0"))};
+    const QString terminal = port(QStringLiteral("pts7")).location;
+    PortDirectory &directory = PortDirectory::instance();
+    QCOMPARE(directory.numberOf(terminal), 2);
+    QCOMPARE(directory.find(2)->location, terminal);
+    directory.refresh();
+    QCOMPARE(directory.numberOf(terminal), 2);
+    QVERIFY(directory.isPresent(2));
+    // One that is not there has a number too: opening it says that it is gone.
+    const QString gone = devices->filePath(QStringLiteral("gone"));
+    const int number = directory.numberOf(gone);
+    QCOMPARE(number, 3);
+    QVERIFY(!directory.isPresent(number));
+    QCOMPARE(directory.find(number)->location, gone);
 }
 
 KELDOX_TEST(TestPortDirectory)
