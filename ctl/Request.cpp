@@ -10,7 +10,9 @@
 #include <QCommandLineParser>
 #include <QRegularExpression>
 
+#include <cstdio>
 #include <limits>
+#include <string>
 
 namespace {
 
@@ -72,6 +74,14 @@ QString bare(QString word)
     if (word.startsWith(shieldedMinus))
         word[0] = QLatin1Char('-');
     return word;
+}
+
+QString lineOfStandardInput()
+{
+    std::string line;
+    for (int next = std::getchar(); next != EOF && next != '\n'; next = std::getchar())
+        line.push_back(static_cast<char>(next));
+    return QString::fromLocal8Bit(line.data(), static_cast<qsizetype>(line.size()));
 }
 
 class Parser
@@ -136,6 +146,8 @@ Request Parser::request() const
     readOptions(request);
     readPort(request);
     checkUse(request);
+    if (request.command == QLatin1String("raw") && request.words.first() == QLatin1String("-"))
+        request.words.first() = lineOfStandardInput();
     return request;
 }
 

@@ -28,7 +28,8 @@ struct Request
     std::optional<double> lowest, highest; // MHz
 };
 
-// The arguments without the program's name. Fails for wrong use.
+// The arguments without the program's name. Fails for wrong use. A line to send that is to come
+// from standard input is read here.
 Request requestOf(const QStringList &arguments);
 
 // The text of --help.

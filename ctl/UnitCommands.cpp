@@ -8,8 +8,6 @@
 
 #include <QScopeGuard>
 
-#include <cstdio>
-
 namespace {
 
 QString nameOf(const Property &property)
@@ -143,21 +141,13 @@ Exit assign(const Request &request, const QList<Assignment> &wanted)
     return Exit::Done;
 }
 
-QString rawLine(const QString &word)
+void requireOneLine(const QString &line)
 {
-    QString line = word;
-    if (word == QLatin1String("-")) {
-        std::string input;
-        for (int next = std::getchar(); next != EOF && next != '\n'; next = std::getchar())
-            input.push_back(static_cast<char>(next));
-        line = QString::fromLocal8Bit(input.data(), static_cast<qsizetype>(input.size()));
-    }
     if (line.isEmpty() || line.contains(QLatin1Char('\r')) || line.contains(QLatin1Char('\n')))
         throw Failure(Exit::WrongUse, QStringLiteral("\"raw\" sends one line"));
     if (QString::fromLatin1(line.toLatin1()) != line)
         throw Failure(Exit::WrongUse, QStringLiteral("The line has characters that a unit's line "
                                                      "cannot carry"));
-    return line;
 }
 
 void listPresets(const Request &request)
@@ -197,7 +187,8 @@ Exit Commands::set(const Request &request)
 
 Exit Commands::raw(const Request &request)
 {
-    const QString line = rawLine(request.words.first());
+    const QString line = request.words.first();
+    requireOneLine(line);
     UnitLink link(request);
     link.open();
     const QString reply = link.unit().deviceWrite(line);

@@ -33,6 +33,10 @@ static Exit run(const QStringList &arguments)
         std::fputs(qPrintable(request.text), stdout);
         return Exit::Done;
     }
+    // From here on, for before it nothing is open, and a read from a terminal would not end.
+    const EndRequests endRequests;
+    QObject::connect(&endRequests, &EndRequests::Requested, QCoreApplication::instance(),
+                     [] { EventQueue::endProgram(); });
     return commands.value(request.command)(request);
 }
 
@@ -41,9 +45,6 @@ int main(int argc, char **argv)
     QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(applicationTitle());
     QCoreApplication::setApplicationVersion(applicationVersion());
-    const EndRequests endRequests;
-    QObject::connect(&endRequests, &EndRequests::Requested, &application,
-                     [] { EventQueue::endProgram(); });
     try {
         return static_cast<int>(run(QCoreApplication::arguments().mid(1)));
     } catch (const Failure &failure) {

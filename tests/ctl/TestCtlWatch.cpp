@@ -29,6 +29,7 @@ private slots:
     void presetsAreListed();
     void aPresetIsRecalled();
     void aPresetOutsideTheRange();
+    void aWaitForALineToSendEnds();
     void waitsEndPolitely_data();
     void waitsEndPolitely();
 
@@ -228,6 +229,18 @@ void TestCtlWatch::aPresetOutsideTheRange()
     store(3, QStringLiteral(" 300"));
     CTL_COMPARE(CtlBench::onUnit("preset 3"), 1, "");
     QCOMPARE(bench.unit->step(), 0);
+}
+
+void TestCtlWatch::aWaitForALineToSendEnds()
+{
+    const CtlBench bench;
+    const auto process = CtlBench::start(CtlBench::words("raw - --port COM7"));
+    QVERIFY(process->waitForStarted());
+    QTest::qWait(200); // it has nothing to say, and is not to end by itself
+    QCOMPARE(process->state(), QProcess::Running);
+    ::kill(static_cast<pid_t>(process->processId()), SIGINT);
+    QVERIFY(process->waitForFinished(10'000));
+    QVERIFY(bench.commands().isEmpty());
 }
 
 void TestCtlWatch::waitsEndPolitely_data()
