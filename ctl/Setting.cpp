@@ -20,7 +20,7 @@ QJsonValue settingOf(UnitLink &link, const Property &property, const QJsonValue 
     if (!link.isGood())
         throw link.failure(QStringLiteral("%1 was set").arg(name));
     // An echo tells what the unit heard, a reading what it has; some settings echo anything.
-    const QJsonValue has = property.read(link.unit());
+    QJsonValue has = property.read(link.unit());
     if (has.isUndefined())
         throw link.failure(QStringLiteral("asked for the %1 that was set").arg(name));
     const bool confirmed =

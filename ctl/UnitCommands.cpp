@@ -111,7 +111,7 @@ QList<Assignment> assignments(const QStringList &words)
 {
     QList<Assignment> all;
     for (qsizetype i = 0; i < words.size();) {
-        const QString name = words.at(i++);
+        const QString &name = words.at(i++);
         knownProperty(name);
         if (i == words.size())
             throw Failure(Exit::WrongUse, QStringLiteral("%1 needs a value").arg(name));

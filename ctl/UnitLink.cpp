@@ -96,7 +96,7 @@ void UnitLink::connect()
 {
     open();
     const QString identity = m_unit->ID();
-    if (!m_wire.isSilent() && m_unit->PortIsOpen() && !clsKeldoX::IsAnKeldoXID(identity))
+    if (m_complaint && m_wire.isComplete() && !clsKeldoX::IsAnKeldoXID(identity))
         m_complaint->text =
             QStringLiteral("What is connected to %1 is no KELDO-X.").arg(portName());
     if (!isGood())

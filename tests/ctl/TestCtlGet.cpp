@@ -188,8 +188,11 @@ void TestCtlGet::halfAReplyIsNone()
     bench.line.setTerminator("");
     const Outcome outcome = CtlBench::onUnit("get lock");
     CTL_COMPARE(outcome, 1, "");
-    QVERIFY2(outcome.err.contains(QStringLiteral("It answered \"KELDO-X\" and no line's end.")),
-             qPrintable(outcome.err));
+    QCOMPARE(outcome.err,
+             QStringLiteral("keldo-x-ctl: The device did not respond correctly to an ID query. It "
+                            "answered \"KELDO-X\" and no line's end.\n"));
+    const Outcome wire = CtlBench::onUnit("get lock --verbose");
+    QVERIFY2(wire.err.contains(QStringLiteral("COM7 < KELDO-X (cut off)\n")), qPrintable(wire.err));
 }
 
 void TestCtlGet::aSilentUnit()
