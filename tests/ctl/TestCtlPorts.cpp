@@ -3,6 +3,8 @@
 
 #include <QSerialPort>
 
+#include <unistd.h>
+
 class TestCtlPorts : public QObject
 {
     Q_OBJECT
@@ -13,6 +15,7 @@ private slots:
     void aPortInUseNamesItsHolder();
     void aPortInUseIsNotTakenForASearchOrACommand_data();
     void aPortInUseIsNotTakenForASearchOrACommand();
+    void aPortWithoutAccessRight();
     void aPortThatIsNotThere_data();
     void aPortThatIsNotThere();
     void aDeviceIsNamedByItsPath();
@@ -107,6 +110,29 @@ void TestCtlPorts::aPortInUseIsNotTakenForASearchOrACommand()
     QVERIFY2(outcome.err.contains(QStringLiteral("is in use by tests_ctl")),
              qPrintable(outcome.err));
     QVERIFY(bench.commands().isEmpty());
+}
+
+// Root may open everything: as root the tool is run as somebody who may not.
+void TestCtlPorts::aPortWithoutAccessRight()
+{
+    const CtlBench bench;
+    const QString device = QString::fromStdString(bench.line.device());
+    QVERIFY(QFile::setPermissions(device, QFile::Permissions()));
+    QStringList command{CtlBench::program(), QStringLiteral("get"), QStringLiteral("lock"),
+                        QStringLiteral("--port"), device};
+    if (geteuid() == 0)
+        command = CtlBench::words("setpriv --reuid=65534 --regid=65534 --clear-groups") + command;
+    QProcess process;
+    process.start(command.takeFirst(), command);
+    if (!process.waitForStarted())
+        QSKIP("setpriv is not installed");
+    const Outcome outcome = CtlBench::outcomeOf(process);
+    if (outcome.err.startsWith(QStringLiteral("setpriv:")))
+        QSKIP("this root may not become somebody else, or that one may not run the tool");
+    CTL_COMPARE(outcome, 3, "");
+    QVERIFY2(outcome.err.startsWith(
+                 QStringLiteral("keldo-x-ctl: No permission to open %1.").arg(device)),
+             qPrintable(outcome.err));
 }
 
 void TestCtlPorts::aPortThatIsNotThere_data()
