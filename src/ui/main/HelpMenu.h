@@ -21,6 +21,8 @@ public:
 
 private:
     void mnuHelpContents_Click();
+    void mnuHelpManual_Click();
+    void mnuHelpProtocol_Click();
     void mnuHelpAbout_Click();
     void mnuHelpContact_Click();
 

@@ -61,6 +61,8 @@ void TestMenus::entriesAreInTheirOrderUnderTheirCaptions()
         QStringLiteral("mnuSweepora|Sweepora"),
         QStringLiteral("mnuHelp|Help"),
         QStringLiteral("-mnuHelpContents|Operation"),
+        QStringLiteral("-mnuHelpManual|Manual"),
+        QStringLiteral("-mnuHelpProtocol|Protocol reference"),
         QStringLiteral("-mnuHelpAbout|About"),
         QStringLiteral("-mnuHelpContact|Contact"),
         QStringLiteral("mnuOptionsIOdaemon|display IO monitor"),
