@@ -47,6 +47,14 @@ if(KELDOX_DEBIAN)
     VERBATIM)
   add_custom_target(keldo-x-debian ALL DEPENDS ${compressed} ${changelog}.gz)
   install(FILES debian/copyright ${changelog}.gz DESTINATION ${CMAKE_INSTALL_DOCDIR})
+  install(FILES debian/keldo-x-manual debian/keldo-x-protocol
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/doc-base)
+  # What "install --strip" leaves.
+  foreach(program ${programs})
+    install(CODE "execute_process(COMMAND \"${CMAKE_STRIP}\" -R .comment -R .note
+      \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_BINDIR}/${program}\"
+      COMMAND_ERROR_IS_FATAL ANY)")
+  endforeach()
 else()
   install(FILES ../LICENSE ../CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
 endif()
