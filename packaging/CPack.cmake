@@ -12,7 +12,6 @@ offset and stores presets; an IO monitor shows and logs the whole exchange.
 
 Simulated units (keldo-x-sim) come with it, for trying it without hardware.")
 set(CPACK_RESOURCE_FILE_LICENSE ${PROJECT_SOURCE_DIR}/LICENSE)
-set(CPACK_PACKAGE_DIRECTORY ${PROJECT_SOURCE_DIR}/build/packages)
 set(CPACK_STRIP_FILES ON)
 set(CPACK_VERBATIM_VARIABLES ON)
 
@@ -39,6 +38,5 @@ set(CPACK_NSIS_INSTALLED_ICON_NAME keldo-x.exe)
 set(CPACK_NSIS_ENABLE_UNINSTALL_BEFORE_INSTALL ON)
 set(CPACK_NSIS_MANIFEST_DPI_AWARE ON)
 set(CPACK_NSIS_COMPRESSOR "/SOLID lzma")
-set(CPACK_NSIS_BRANDING_TEXT "${KELDOX_TITLE} ${PROJECT_VERSION}")
 
 include(CPack)
