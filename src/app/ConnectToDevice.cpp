@@ -49,7 +49,7 @@ static void showNotConnected(const std::shared_ptr<clsKeldoX> &device)
                             MessageBox::Exclamation);
         },
         // The frequency of the unit before must not stand under this channel's name.
-        [&] { mainWindow->showNotConnected(); },
+        [&] { mainWindow->showNotConnected(); }, [&] { mainWindow->showCommunicationFailure(); },
         [&] { mainWindow->setStatusPanel(MainPanel::connection, Words::notConnected); },
         [&] { channelsWindow->showNotConnected(); });
 }

@@ -36,8 +36,9 @@ Reconnect::Reconnect(QObject *parent) : QObject(parent)
 void Reconnect::setOn(bool on)
 {
     m_on = on;
-    if (!on)
-        m_timer.setEnabled(false);
+    m_timer.setEnabled(false);
+    if (on)
+        begin();
     reportAndEnd(reconnectSource, [on] {
         SettingsStore::write(applicationTitle(), section(), key(),
                              on ? QStringLiteral("1") : QStringLiteral("0"));
@@ -46,9 +47,15 @@ void Reconnect::setOn(bool on)
 
 void Reconnect::waitFor(const std::shared_ptr<clsKeldoX> &unit)
 {
-    if (!m_on)
+    m_unit = unit; // also while it is off: it may be switched on before the device returns
+    if (m_on)
+        begin();
+}
+
+void Reconnect::begin()
+{
+    if (m_unit.expired())
         return;
-    m_unit = unit;
     m_mayTry = true;
     m_timesSeen = 0;
     m_timer.setEnabled(true);

@@ -23,6 +23,7 @@ public:
     bool isWaiting() const { return m_timer.isEnabled(); }
 
 private:
+    void begin();
     void look();
     void connectAgain(const std::shared_ptr<clsKeldoX> &unit);
 

@@ -32,7 +32,9 @@ QString lookingAtText(std::int16_t port, std::int16_t address, int i, int n)
     if (!device.isEmpty())
         text += QStringLiteral(" (%1)").arg(device);
     if (address > 0)
-        text += QStringLiteral(", address %1 of %2").arg(i).arg(n);
+        text += QStringLiteral(", address %1").arg(address);
+    if (address > 0 && n > 1)
+        text += QStringLiteral(" of %1").arg(n);
     else if (n > 1)
         text += QStringLiteral(", port %1 of %2").arg(i).arg(n);
     return text + QStringLiteral(". Units found: %1.").arg(app().foundUnits);
@@ -80,11 +82,15 @@ void searchByMode(std::int16_t mode, const QString &port)
         SearchOnePort(toInt16(numericValue(port)));
 }
 
-void connectFirstChannel()
+// A first unit whose connection was broken off in the search is offered, and not tried again.
+void connectFirstChannel(bool connectionWasBrokenOff)
 {
     AppState &state = app();
+    resumeNext(searchSource, [&] { state.channelsWindow()->arrangeForUnitsFound(); });
+    if (connectionWasBrokenOff)
+        return;
     resumeNext(
-        searchSource, [&] { state.channelsWindow()->arrangeForUnitsFound(); },
+        searchSource,
         [&] {
             logEvent(QStringLiteral("SearchPorts"),
                      QStringLiteral("Back to COM%1...").arg(state.channels[1]->ComPortNumber()));
@@ -121,6 +127,7 @@ void reportNothingFound(const PortSearch &search)
             if (!search.endedAtLoopback())
                 state.mainWindow->setStatusPanel(MainPanel::connection, Words::notConnected);
         },
+        [&] { state.channelsWindow()->showNotConnected(); },
         [&] {
             if (cancelled)
                 return;
@@ -172,6 +179,11 @@ static void runSearch(const std::function<void()> &look)
         return;
     const auto search = makeSearch();
     state.search = search;
+    bool connectionWasBrokenOff = false;
+    QObject::connect(search.get(), &PortSearch::Cancelled, search.get(), [&] {
+        const auto unit = app().connecting;
+        connectionWasBrokenOff = unit && unit == app().devices[1];
+    });
     PortDirectory::instance().refresh();
     resumeNext(
         searchSource, [] { InitializeStuff(); },
@@ -189,7 +201,7 @@ static void runSearch(const std::function<void()> &look)
     if (!EventQueue::ending()) {
         // The outcome: units were found, or there is nothing to connect.
         if (search->outcome() == PortSearch::Outcome::Found)
-            connectFirstChannel();
+            connectFirstChannel(connectionWasBrokenOff);
         else
             reportNothingFound(*search);
     }

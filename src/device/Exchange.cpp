@@ -26,6 +26,7 @@ void Exchange::onHungUp()
     const auto unit = keepAlive();
     // Another unit may sit at the other end when the device returns.
     m_setup.isGood = false;
+    m_unconfirmed.clear();
     finish(UnitEvents::BadReply);
     emit m_events.LinkLost();
 }
@@ -90,12 +91,14 @@ void Exchange::beginReadingIn()
     m_setup.readingIn = true;
     m_setup.silent = 0;
     m_deferred.clear();
+    m_unconfirmed.clear(); // of what was shown before, which is no longer
 }
 
 // A unit that falls silent would cost a time-out for each of dozens of values: the second one in a
 // row ends it.
 void Exchange::noteSilence(bool silent)
 {
+    m_silences += silent ? 1 : 0;
     if (!m_setup.readingIn)
         return;
     if (!silent) {
@@ -133,6 +136,19 @@ void Exchange::confirm(std::optional<UnitValue> value)
         emit m_events.ConfirmationChange(*value, true);
 }
 
+void Exchange::doubt(UnitValue value)
+{
+    if (m_unconfirmed.contains(value))
+        return;
+    m_unconfirmed.insert(value, false);
+    emit m_events.ConfirmationChange(value, false);
+}
+
+static bool isSwitch(const std::optional<UnitValue> &value)
+{
+    return value == UnitValue::AGC || value == UnitValue::CalMode;
+}
+
 // A good answer after a time-out may be the late one of the setting before: a reading alone tells.
 void Exchange::judgeConfirmation(std::optional<UnitValue> value, std::int32_t status, bool complete)
 {
@@ -168,6 +184,8 @@ void Exchange::ask(const Query &asked, const Test &test)
             confirm(asked.value);
         else
             m_setup.miss();
+        if (!good && isSwitch(asked.value))
+            doubt(*asked.value);
         announce(judge(reply, good, asked.message, asked.mayBeRefused), asked.event,
                  asked.announcing);
     });

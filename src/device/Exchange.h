@@ -84,6 +84,13 @@ public:
     bool displaysErrors() const { return m_displayErrors; }
     std::int32_t lastStatus() const { return m_lastStatus; }
     QString lastReply() const { return m_lastReply; }
+    // The last command got not one byte.
+    bool fellSilent() const
+    {
+        return m_lastStatus == UnitEvents::BadReply && m_lastReply.isEmpty();
+    }
+    // Commands so far that got not one byte.
+    int silences() const { return m_silences; }
     Setup &setup() { return m_setup; }
     const Setup &setup() const { return m_setup; }
 
@@ -96,7 +103,9 @@ public:
     // The connection that is being made has failed: the port closes, a wait ends, no box follows.
     void cancelInitialize();
 
-    // A value that was set but not confirmed, until it is read.
+    // A switch whose reading was bad is shown as it was before, or off: nobody knows.
+    void doubt(UnitValue value);
+    // A value that was set but not confirmed, or a switch that could not be read, until it is read.
     bool isUnconfirmed(UnitValue value) const { return m_unconfirmed.contains(value); }
     void confirm(std::optional<UnitValue> value);
     // By the status and the completeness of a setting's reply.
@@ -154,6 +163,7 @@ private:
     bool m_displayErrors = true;
     std::int32_t m_lastStatus = UnitEvents::Good;
     QString m_lastReply;
+    int m_silences = 0;
     QString m_deferred; // the complaint of a first silence: a second one makes it another
     QMap<UnitValue, bool> m_unconfirmed; // whether a late answer may still come
     Setup m_setup;

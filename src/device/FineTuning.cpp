@@ -4,6 +4,8 @@
 #include "core/TextNumbers.h"
 #include "device/Firmware.h"
 
+#include <utility>
+
 static bool endsWithClicks(const QString &reply)
 {
     return reply.endsWith(QLatin1String("clicks"));
@@ -155,6 +157,9 @@ std::int32_t FineTuning::changeMode(bool on)
     }
     if (firmware <= Firmware::lastWithoutCalMode)
         return m_exchange.lastStatus();
-    m_calMode = on;
-    return writePelltrim(on ? PelltrimCal() : m_rememberedPelltrim);
+    const bool before = std::exchange(m_calMode, on);
+    const std::int32_t status = writePelltrim(on ? PelltrimCal() : m_rememberedPelltrim);
+    if (status != UnitEvents::Good) // the unit has stayed in its mode
+        m_calMode = before;
+    return status;
 }

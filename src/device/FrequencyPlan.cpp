@@ -71,7 +71,8 @@ double FrequencyPlan::StopFreq()
     const auto unit = m_exchange.keepAlive();
     reportAndEnd("clsKeldoX.Get StopFreq", [this] {
         findStartFreq();
-        m_stopFreq = frequencyOf(knownMaxStep());
+        const double stop = frequencyOf(knownMaxStep());
+        m_stopFreq = isKnown() && m_maxStep > 0 ? stop : 0;
     });
     return m_stopFreq;
 }
@@ -83,7 +84,7 @@ double FrequencyPlan::CenterFreq()
         findStartFreq();
         if (m_stopFreq == 0)
             StopFreq();
-        m_centerFreq = (m_stopFreq + m_startFreq) / 2;
+        m_centerFreq = m_stopFreq == 0 ? 0 : (m_stopFreq + m_startFreq) / 2;
     });
     return m_centerFreq;
 }
@@ -226,7 +227,7 @@ std::optional<double> FrequencyPlan::stepsOf(double megahertz)
     findStartFreq();
     if (m_stopFreq == 0)
         StopFreq();
-    if (megahertz >= m_startFreq && megahertz <= m_stopFreq)
+    if (isKnown() && megahertz >= m_startFreq && megahertz <= m_stopFreq)
         return MHzToSteps(megahertz - m_startFreq);
     return std::nullopt;
 }

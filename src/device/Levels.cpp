@@ -169,6 +169,8 @@ bool Levels::Bypass()
         if (good) {
             ReplyText::take(reply.text, m_bypass);
             m_exchange.confirm(UnitValue::Bypass);
+        } else {
+            m_exchange.doubt(UnitValue::Bypass);
         }
         on = good && m_bypass;
         const std::int32_t status = m_exchange.judge(reply, good, nullptr, false);

@@ -70,6 +70,8 @@ bool clsKeldoX::Initialize()
         [&] { accepted = IsAnKeldoXID(ID()); });
     if (accepted)
         readIn();
+    else // whoever answers next may be another unit
+        setup().initialized = setup().isGood = setup().deviceFound = false;
     setup().initializing = false;
     return accepted; // also by a unit that was lost while it was read in
 }

@@ -32,12 +32,14 @@ public:
     using Exchange::Connection;
     using Exchange::deviceWrite;
     using Exchange::displaysErrors;
+    using Exchange::fellSilent;
     using Exchange::isUnconfirmed;
     using Exchange::lastReply;
     using Exchange::lastStatus;
     using Exchange::PortIsOpen;
     using Exchange::setConnection;
     using Exchange::setDisplayErrors;
+    using Exchange::silences;
 
     bool DeviceFound() const { return setup().deviceFound; }
     void setDeviceFound(bool found) { setup().deviceFound = found; }

@@ -1,6 +1,7 @@
 // The causes of a refused port.
 #include "platform/PortRefusal.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
 #include <QLockFile>
@@ -41,6 +42,9 @@ RunTimeError held(const QString &device)
                             QStringLiteral("%1 is in use by another program. Close that program, "
                                            "then try again.")
                                 .arg(device));
+    if (process == QCoreApplication::applicationPid())
+        return RunTimeError(ErrorNumber::PortAlreadyOpen,
+                            QStringLiteral("%1 is open in this program already.").arg(device));
     if (isRunning(process))
         return RunTimeError(
             ErrorNumber::PortAlreadyOpen,

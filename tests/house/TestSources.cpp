@@ -68,7 +68,7 @@ void TestSources::noWaitOfTheSerialPortBlocks()
 void TestSources::everyFileBeginsWithWhatItIsFor()
 {
     QStringList silent;
-    for (const char *folder : {"src", "ctl", "sim", "tests", "bench"})
+    for (const char *folder : {"src", "ctl", "sim", "tests", "bench", "fuzz"})
         for (const QString &file : sourceFiles(QString::fromLatin1(folder)))
             if (!beginsWithComment(contentsOf(file)))
                 silent.append(file);

@@ -244,9 +244,9 @@ void clsChannel::readAgain()
     if (!device || m_unitIsGone)
         return;
     const Still enabled = m_enabled.still();
-    const auto ifThere = [&](bool fitted, const auto &ask) {
-        return [&enabled, &device, fitted, ask] {
-            if (fitted && enabled && device->PortIsOpen())
+    const auto ifThere = [&, before = device->silences()](bool fitted, const auto &ask) {
+        return [&enabled, &device, before, fitted, ask] {
+            if (fitted && enabled && device->PortIsOpen() && device->silences() == before)
                 ask();
         };
     };

@@ -117,8 +117,9 @@ void clsChannel::chkChanAGCClick()
     }
     const Still bound = m_bound.still();
     const Still enabled = m_enabled.still();
+    const int silencesBefore = device->silences();
     device->setAGC(on);
-    if (bound && enabled)
+    if (bound && enabled && device->silences() == silencesBefore)
         EnableOrDisableControlsAsAppropriate();
 }
 

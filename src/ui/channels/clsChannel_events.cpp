@@ -67,6 +67,8 @@ void clsChannel::m_Device_AGCChange(bool agcOn)
         const ChannelRowControls &to = row();
         m_agcActive = agcOn;
         to.chkChanAGC->setChecked(agcOn);
+        if (device->fellSilent())
+            return; // one wait is enough; the mark says that nobody knows
         if (agcOn) {
             EntryMark::of(*to.txtChanAtten).clear();
             const double offset = offsetOf(*device);

@@ -136,7 +136,7 @@ void frmConnectToComport::listPorts()
 // A port came or went. What was chosen or typed stays.
 void frmConnectToComport::listAgain(int ports)
 {
-    if (m_connecting || !isVisible())
+    if (m_connecting || m_listing || !isVisible())
         return;
     if (ports == 0) { // the operator sees it, and needs no report
         m_ui->comboComPort->clear();
@@ -217,8 +217,10 @@ void frmConnectToComport::finish()
         "frmConnectToKnownComport", [&] { state.channelsWindow()->setProgressVisible(false); },
         [&] {
             // Connecting, or finding nothing, has said how that went.
-            if (!m_searched)
-                state.mainWindow->setStatusPanel(MainPanel::connection, Words::notConnected);
+            if (m_searched)
+                return;
+            state.mainWindow->setStatusPanel(MainPanel::connection, Words::notConnected);
+            state.channelsWindow()->showNotConnected();
         },
         [&] { state.mainWindow->bringUpToDate(); });
 }

@@ -25,6 +25,8 @@ void frmMain_KeldoX2::setDevice(std::shared_ptr<clsKeldoX> device)
     m_shown.reportsAreStale = false;
     disableUnitControls();
     clearUnit();
+    m_ui->ShapeStatusLight->setFillColor(IndicatorLight::buttonFace,
+                                         tr("no unit has been asked yet"));
     followEvents();
     // The fine-tuning controls hear the unit after the window.
     if (Pelltrim)
@@ -129,7 +131,7 @@ void frmMain_KeldoX2::mDevice_DUTChange()
     const auto quiet = m_tuning->withoutSliderEvents();
     const auto whileShown = [&](auto step) {
         return [&, step] {
-            if (shown)
+            if (shown && unit->PortIsOpen())
                 step();
         };
     };

@@ -100,14 +100,15 @@ static std::shared_ptr<ChannelRow> rowOf(const std::shared_ptr<clsKeldoX> &unit)
     return nullptr;
 }
 
-// Only what the unit has is asked. A unit that goes meanwhile ends the reading.
+// Only what the unit has is asked. A unit that goes or falls silent meanwhile ends the reading.
 void frmMain_KeldoX2::mnuOptionsReadAgain_Click()
 {
     const auto unit = m_shown.mDevice;
     const Still shown = m_shown.tunable.still();
+    const int silencesBefore = unit->silences();
     const auto whileShown = [&](auto step) {
         return [&, step] {
-            if (shown && unit->PortIsOpen())
+            if (shown && unit->PortIsOpen() && unit->silences() == silencesBefore)
                 step();
         };
     };

@@ -95,6 +95,9 @@ void frmIODaemon::cmdConnect_Click()
         // Init logs a port that opened or that is held by another program.
         if (!m_seeker->Init(port))
             logEvent(monitorName(), QStringLiteral("COM%1 cannot be opened").arg(port));
+        const QString failure = m_seeker->ComPort().OpenFailure();
+        if (!m_seeker->ComPort().IsOpen() && !failure.isEmpty())
+            logEvent(monitorName(), QStringLiteral("COM%1: %2").arg(port).arg(failure));
         showPortInCaption();
     });
 }

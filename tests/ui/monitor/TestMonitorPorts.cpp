@@ -154,7 +154,7 @@ void TestMonitorPorts::theListFollowsWhatIsPluggedInAndSaysWhatIsRefused()
     QTRY_COMPARE(site.listed(), site.expected);
     QTRY_VERIFY(!site.search.logOf(QStringLiteral("IO monitor"))
                      .filter(QStringLiteral("COM1: "))
-                     .filter(QStringLiteral(" is in use by "))
+                     .filter(QStringLiteral(" is open in this program already"))
                      .isEmpty());
     QVERIFY(site.ports()
                 ->itemData(1, Qt::AccessibleTextRole)
