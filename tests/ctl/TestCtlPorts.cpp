@@ -233,6 +233,11 @@ void TestCtlPorts::aSearchThatFindsNothing()
     const Outcome outcome = CtlBench::run("search --json --timeout 0.2");
     CTL_COMPARE(outcome, 4, "[]\n");
     QVERIFY(outcome.err.contains(QStringLiteral("No unit was found. Units with addresses")));
+    // Nine looks at one port, of which eight wait for three replies.
+    QElapsedTimer clock;
+    clock.start();
+    QCOMPARE(CtlBench::run("search --port COM7 --timeout 0.05").code, 4);
+    QVERIFY(clock.elapsed() < 15'000);
 }
 
 void TestCtlPorts::aSearchOfAPortThatIsHeld()
