@@ -58,6 +58,11 @@ Receiver::Receiver(Place place, int interval, int timeout, QObject *parent)
     connect(&m_socket, &QTcpSocket::errorOccurred, this, [this] { lose(m_socket.errorString()); });
 }
 
+Receiver::~Receiver()
+{
+    m_socket.disconnect(this); // it goes last, and may have something to say
+}
+
 void Receiver::start()
 {
     connectAgain();

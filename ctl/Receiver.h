@@ -26,6 +26,7 @@ public:
     static Place placeOf(const QString &text);
 
     Receiver(Place place, int interval, int timeout, QObject *parent = nullptr); // ms
+    ~Receiver() override;
 
     void start();
 

@@ -29,6 +29,39 @@ bool isRunning(qint64 process)
     return process > 0 && (kill(static_cast<pid_t>(process), 0) == 0 || errno == EPERM);
 }
 
+RunTimeError inUse(const QString &device, const QString &program, qint64 process)
+{
+    return RunTimeError(
+        ErrorNumber::PortAlreadyOpen,
+        QStringLiteral("%1 is in use by %2 (process %3). Close that program, then try again.")
+            .arg(device, program.isEmpty() ? QStringLiteral("another program") : program)
+            .arg(process));
+}
+
+// Not every program writes a lock file. The system tells who has a file open, of one's own programs
+// at least; 0 when it does not.
+qint64 processThatHolds(const QString &device)
+{
+    const QString wanted = QFileInfo(device).canonicalFilePath();
+    for (const QString &process : QDir(QStringLiteral("/proc")).entryList(QDir::Dirs)) {
+        const qint64 number = process.toLongLong();
+        if (number <= 0 || number == QCoreApplication::applicationPid())
+            continue;
+        const QDir files(QStringLiteral("/proc/%1/fd").arg(number));
+        for (const QString &file : files.entryList(QDir::AllEntries | QDir::System))
+            if (QFile::symLinkTarget(files.filePath(file)) == wanted)
+                return number;
+    }
+    return 0;
+}
+
+QString nameOfProcess(qint64 process)
+{
+    QFile name(QStringLiteral("/proc/%1/comm").arg(process));
+    return name.open(QIODevice::ReadOnly) ? QString::fromLocal8Bit(name.readAll()).trimmed()
+                                          : QString();
+}
+
 // Busy, or locked: by a program that runs, or by the file that one has left behind.
 RunTimeError held(const QString &device)
 {
@@ -37,20 +70,20 @@ RunTimeError held(const QString &device)
     qint64 process = 0;
     QString host;
     QString program;
-    if (file.isEmpty() || !lock.exists() || !QLockFile(file).getLockInfo(&process, &host, &program))
+    if (file.isEmpty() || !lock.exists() ||
+        !QLockFile(file).getLockInfo(&process, &host, &program)) {
+        if (const qint64 holder = processThatHolds(device); holder > 0)
+            return inUse(device, nameOfProcess(holder), holder);
         return RunTimeError(ErrorNumber::PortAlreadyOpen,
                             QStringLiteral("%1 is in use by another program. Close that program, "
                                            "then try again.")
                                 .arg(device));
+    }
     if (process == QCoreApplication::applicationPid())
         return RunTimeError(ErrorNumber::PortAlreadyOpen,
                             QStringLiteral("%1 is open in this program already.").arg(device));
     if (isRunning(process))
-        return RunTimeError(
-            ErrorNumber::PortAlreadyOpen,
-            QStringLiteral("%1 is in use by %2 (process %3). Close that program, then try again.")
-                .arg(device, program.isEmpty() ? QStringLiteral("another program") : program)
-                .arg(process));
+        return inUse(device, program, process);
     return RunTimeError(
         ErrorNumber::DeviceNotOpen,
         QStringLiteral(

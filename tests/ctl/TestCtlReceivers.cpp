@@ -97,7 +97,7 @@ void TestCtlReceivers::aSlowReceiver()
         std::this_thread::sleep_for(std::chrono::milliseconds(600));
         return std::string("150000000\n");
     });
-    FOLLOWS("");
+    FOLLOWS("--timeout 5");
     QCOMPARE(on->nextText(), FollowBench::tuned("150"));
     QVERIFY(on->isQuiet(1500));
     QCOMPARE(on->receiver.clients(), 1);

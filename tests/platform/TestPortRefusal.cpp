@@ -5,6 +5,7 @@
 #include "platform/PortRefusal.h"
 
 #include <QFileInfo>
+#include <QProcess>
 
 #include <unistd.h>
 
@@ -19,6 +20,7 @@ private slots:
     void aDeadProgramsLockDoesNotLockOut();
     void aDeadLockThatCannotBeRemovedNamesFileAndOwner();
     void aPortThatIsHeldWithoutALockFileIsInUse();
+    void aHolderWithoutALockFileIsNamedWhereTheSystemTells();
     void aMissingDeviceSaysSo();
     void theRemedyIsNeverTheGroupRoot();
 
@@ -92,6 +94,24 @@ void TestPortRefusal::aPortThatIsHeldWithoutALockFileIsInUse()
     QCOMPARE(refusal(),
              QStringLiteral("%1 is in use by another program. Close that program, then try again.")
                  .arg(end->device()));
+}
+
+void TestPortRefusal::aHolderWithoutALockFileIsNamedWhereTheSystemTells()
+{
+    if (!QFileInfo::exists(QStringLiteral("/proc/self/fd")))
+        QSKIP("this system does not tell who has a file open");
+    QProcess other;
+    other.start(QStringLiteral("sh"),
+                {QStringLiteral("-c"),
+                 QStringLiteral("exec 3<>%1; echo; exec sleep 60").arg(end->device())});
+    QVERIFY(other.waitForReadyRead(10'000));
+    QTRY_COMPARE(refusal(),
+                 QStringLiteral("%1 is in use by sleep (process %2). Close that program, then try "
+                                "again.")
+                     .arg(end->device())
+                     .arg(other.processId()));
+    other.kill();
+    other.waitForFinished();
 }
 
 void TestPortRefusal::aMissingDeviceSaysSo()
