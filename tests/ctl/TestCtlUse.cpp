@@ -169,7 +169,7 @@ void TestCtlUse::everyNameOfTheHelpIsKnown()
 void TestCtlUse::manPageAndCompletionNameWhatTheHelpNames()
 {
     const QString text = help();
-    const QString manual = file("ctl/keldo-x-ctl.1").remove(QLatin1Char('\\'));
+    const QString manual = file("packaging/man/keldo-x-ctl.1").remove(QLatin1Char('\\'));
     const QString completion = file("packaging/completions/keldo-x-ctl");
     QStringList wanted = namesOf(text);
     for (const QString &option : optionsOf(text))
