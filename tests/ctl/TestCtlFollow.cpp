@@ -24,6 +24,7 @@ private slots:
     void theUnitMissesOneAnswer();
     void theUnitRefusesAgainAndAgain();
     void itEndsPolitely();
+    void itEndsPolitelyWhileTheUnitIsAwaited();
 
 private:
     std::unique_ptr<FollowBench> on;
@@ -198,6 +199,16 @@ void TestCtlFollow::itEndsPolitely()
         on->receiver.tune(150e6);
     }
     QCOMPARE(CtlBench::onUnit("get lock").code, 0);
+}
+
+void TestCtlFollow::itEndsPolitelyWhileTheUnitIsAwaited()
+{
+    on->bench.line.setFault(sim::Fault::Silence, "*STEP ");
+    FOLLOWS("--timeout 60");
+    QTRY_COMPARE(on->bench.commands().last(), QStringLiteral("*STEP 1860"));
+    const Outcome outcome = on->end();
+    CTL_COMPARE(outcome, 0, "");
+    QCOMPARE(outcome.err, QString());
 }
 
 KELDOX_TEST(TestCtlFollow)
