@@ -160,6 +160,9 @@ void TestCtlReceivers::anAnswerThatNobodyAskedFor()
     FOLLOWS("");
     QCOMPARE(on->nextText(), FollowBench::tuned("150"));
     QVERIFY(on->isQuiet());
+    on->receiver.answer("110000000\n140000000\n");
+    QCOMPARE(on->nextText(), FollowBench::tuned("110"));
+    QVERIFY(on->isQuiet());
 }
 
 // Hamlib's own program with its receiver that exists in memory alone.
