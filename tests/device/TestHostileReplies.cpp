@@ -1,6 +1,6 @@
-// Hostile replies to any sequence of operations on a unit's object, in virtual time: whatever comes,
-// a frequency that is shown lies on a step of a plan that the unit has told, bad replies change
-// nothing, the buffer stays bounded and every exchange ends.
+// Hostile replies to any sequence of operations on a unit's object, in virtual time: whatever
+// comes, a frequency that is shown lies on a step of a plan that the unit has told, bad replies
+// change nothing, the buffer stays bounded and every exchange ends.
 #include "HostileUnit.h"
 #include "support/TestMain.h"
 
@@ -36,10 +36,9 @@ void TestHostileReplies::nothingUntrueIsEverShown()
         unit.connectUnit();
         for (int operation = 0; operation < 500; ++operation) {
             const QString complaint = unit.operate();
-            QVERIFY2(complaint.isEmpty(),
-                     qPrintable(QStringLiteral("after %1 replies: %2")
-                                    .arg(replies + unit.commands())
-                                    .arg(complaint)));
+            QVERIFY2(complaint.isEmpty(), qPrintable(QStringLiteral("after %1 replies: %2")
+                                                         .arg(replies + unit.commands())
+                                                         .arg(complaint)));
         }
         replies += unit.commands();
     }

@@ -101,7 +101,8 @@ void TestConnectDialogLines::aPortInUseIsNamedWithItsRemedy()
     open(dialog, [&] {
         const QString told = line(dialog, "lblRefused");
         QVERIFY2(told.startsWith(QStringLiteral("COM4: ")), qPrintable(told));
-        QVERIFY2(told.contains(QStringLiteral(" is open in this program already")), qPrintable(told));
+        QVERIFY2(told.contains(QStringLiteral(" is open in this program already")),
+                 qPrintable(told));
         dialog.reject();
     });
 }
