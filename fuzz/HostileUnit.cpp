@@ -71,7 +71,15 @@ void HostileUnit::onFrequency(qint32 step, double megahertz)
             if (std::abs(start + step * spacing / hertzPerMegahertz - megahertz) <=
                 1e-9 * std::max(1.0, std::abs(megahertz)))
                 return;
-    complain(QStringLiteral("step %1 is shown at %2 MHz").arg(step).arg(megahertz, 0, 'g', 17));
+    QStringList told;
+    for (const double start : std::as_const(m_starts))
+        told.append(QString::number(start, 'g', 17) + QStringLiteral(" MHz"));
+    for (const double spacing : std::as_const(m_spacings))
+        told.append(QString::number(spacing, 'g', 17) + QStringLiteral(" Hz"));
+    complain(QStringLiteral("step %1 is shown at %2 MHz, told were: %3")
+                 .arg(step)
+                 .arg(megahertz, 0, 'g', 17)
+                 .arg(told.join(QStringLiteral(", "))));
 }
 
 // A bad reply changes no member: what is shown after one is what was shown before.
@@ -145,12 +153,14 @@ void HostileUnit::hear(const QByteArray &command, const QByteArray &reply)
 {
     if (command != "*START FREQ?" && command != "*CHAN SPACE?")
         return;
-    const QString text = QString::fromLatin1(reply.left(reply.indexOf('\r')));
-    const double number = leadingNumber(clsKeldoX::ParseData(text));
-    if (command == "*START FREQ?")
-        m_starts.insert(number);
-    else
-        m_spacings.insert(std::nearbyint(number));
+    // A carriage return in the middle may end the reply, or not, as the bytes happen to arrive.
+    for (const QByteArray &text : {reply.left(reply.indexOf('\r')), reply}) {
+        const double number = leadingNumber(clsKeldoX::ParseData(QString::fromLatin1(text)));
+        if (command == "*START FREQ?")
+            m_starts.insert(number);
+        else
+            m_spacings.insert(std::nearbyint(number));
+    }
 }
 
 const QList<HostileUnit::Operation> &HostileUnit::queries()
