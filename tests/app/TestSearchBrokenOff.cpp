@@ -37,7 +37,10 @@ void TestSearchBrokenOff::escapeEndsAWaitAtOnceAndTheSearchAfterThatPort()
         QVERIFY(app().search);
         app().search->cancel();
     });
+    QElapsedTimer clock;
+    clock.start();
     SearchPorts(1);
+    QVERIFY2(clock.elapsed() < 1000, qPrintable(QString::number(clock.elapsed())));
     QCOMPARE(TestHooks::virtualMs(), 0); // no time-out ran out
     QCOMPARE(bench.channels->progressValues, (QList<int>{3, 5, 515, 0}));
     QCOMPARE(bench.sentTo(3), QStringList());
@@ -78,7 +81,10 @@ void TestSearchBrokenOff::escapeEndsTheWaitOfAUnitThatIsBeingConnected()
             QMetaObject::invokeMethod(
                 this, [] { app().search->cancel(); }, Qt::QueuedConnection);
     });
+    QElapsedTimer clock;
+    clock.start();
     SearchPorts(3, QStringLiteral("1"));
+    QVERIFY2(clock.elapsed() < 2000, qPrintable(QString::number(clock.elapsed())));
     QCOMPARE(TestHooks::virtualMs(), 0); // no time-out ran out
     QVERIFY(app().searchFinished);
     QVERIFY(!app().search);
@@ -102,7 +108,10 @@ void TestSearchBrokenOff::theProgramsEndEndsTheSearchWithoutABox()
     bench.silence(2);
     bench.unit(3);
     QTimer::singleShot(100, this, [] { EventQueue::endProgram(); });
+    QElapsedTimer clock;
+    clock.start();
     SearchPorts(1);
+    QVERIFY2(clock.elapsed() < 1000, qPrintable(QString::number(clock.elapsed())));
     QCOMPARE(TestHooks::virtualMs(), 0); // no time-out ran out
     TestHooks::takeBackEnding();
     QCOMPARE(bench.fixture.boxes.texts(), QStringList());
@@ -123,7 +132,10 @@ void TestSearchBrokenOff::theProgramsEndDuringAConnectionEndsTheSearch()
         QTimer::singleShot(50, this, [] { EventQueue::endProgram(); });
         row.mDevice->Initialize();
     };
+    QElapsedTimer clock;
+    clock.start();
     SearchPorts(1);
+    QVERIFY2(clock.elapsed() < 1000, qPrintable(QString::number(clock.elapsed())));
     QCOMPARE(TestHooks::virtualMs(), 0); // no time-out ran out
     QCOMPARE(bench.fixture.boxes.texts(), QStringList());
     QCOMPARE(bench.calls->filter(QStringLiteral("optPortNumClick")).size(), 1);

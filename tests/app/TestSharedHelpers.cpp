@@ -55,7 +55,10 @@ void TestSharedHelpers::aPauseOfZeroReturnsAtOnceAndTouchesNothing()
 {
     timer->setTag(QStringLiteral("mine"));
     timer->setInterval(77);
+    QElapsedTimer clock;
+    clock.start();
     pauseit(timer.get(), 0);
+    QVERIFY(clock.elapsed() < 50);
     QCOMPARE(TestHooks::virtualMs(), 0);
     QCOMPARE(timer->tag(), QStringLiteral("mine"));
     QCOMPARE(timer->interval(), 77);
@@ -64,7 +67,10 @@ void TestSharedHelpers::aPauseOfZeroReturnsAtOnceAndTouchesNothing()
 
 void TestSharedHelpers::aNegativePauseOnlySetsTheInterval()
 {
+    QElapsedTimer clock;
+    clock.start();
     pauseit(timer.get(), -5);
+    QVERIFY(clock.elapsed() < 50);
     QCOMPARE(TestHooks::virtualMs(), 0);
     QCOMPARE(timer->interval(), -5);
     QCOMPARE(timer->tag(), QStringLiteral("FALSE"));
@@ -81,7 +87,7 @@ void TestSharedHelpers::aPauseLastsItsTimeWhileEventsAreHandled()
     clock.start();
     pauseit(timer.get(), 200);
     const qint64 took = clock.elapsed();
-    QVERIFY2(took >= 199, qPrintable(QString::number(took)));
+    QVERIFY2(took >= 199 && took < 1000, qPrintable(QString::number(took)));
     QCOMPARE(TestHooks::virtualMs(), 200);
     QVERIFY2(beats >= 5, qPrintable(QString::number(beats)));
     QCOMPARE(timer->tag(), QStringLiteral("TRUE"));
@@ -96,7 +102,7 @@ void TestSharedHelpers::aPauseDoesNotSpin()
     pauseit(timer.get(), 300);
     const double usedMs = 1000.0 * static_cast<double>(std::clock() - before) / CLOCKS_PER_SEC;
     const double share = usedMs / static_cast<double>(clock.elapsed());
-    QVERIFY2(share < 0.1, qPrintable(QString::number(share)));
+    QVERIFY2(share < 0.03, qPrintable(QString::number(share)));
 }
 
 void TestSharedHelpers::aPauseEndsWhenItsTagIsChanged()

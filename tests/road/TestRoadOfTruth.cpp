@@ -1,11 +1,9 @@
 // What the windows say after something has failed is true, in both of them.
 #include "Road.h"
 
-#include "app/Progress.h"
 #include "device/clsKeldoX.h"
 #include "platform/TestHooks.h"
 #include "sim/SimulatedLine.h"
-#include "ui/main/StepSlider.h"
 #include "widgets/IndicatorLight.h"
 
 using namespace road;

@@ -223,7 +223,7 @@ void TestDialogEntries::closingTheMainWindowUnderTheDialogEndsTheProgram()
     bench.entry("mnuConnectKnownComport")->trigger();
     QVERIFY(hand.acted);
     QVERIFY(EventQueue::ending());
-    QVERIFY(sinceClose.elapsed() < 1500);
+    QVERIFY(sinceClose.elapsed() < 200);
 }
 
 void TestDialogEntries::operationIsShownOnceModeless()

@@ -225,7 +225,7 @@ void TestMainWindowStates::closingLeavesAnOpenMessageBox()
     });
     bench.find<QPushButton>("cmdSetDUTFreq_4")->click(); // tells that it is not set
     QVERIFY(time.isValid());
-    QVERIFY(time.elapsed() < 1500);
+    QVERIFY(time.elapsed() < 200);
     QVERIFY(EventQueue::ending());
 }
 

@@ -286,7 +286,7 @@ void TestMenus::closingDuringASearchEndsTheProgram()
     });
     bench.entry("mnuConnectComport")->trigger();
     QVERIFY(time.isValid());
-    QVERIFY(time.elapsed() < 1500);
+    QVERIFY(time.elapsed() < 200);
     QVERIFY(EventQueue::ending());
     QVERIFY(!bench.polling()->isEnabled());
 }
