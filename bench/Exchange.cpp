@@ -9,6 +9,8 @@
 #include "sim/SimulatedLine.h"
 
 #include <QElapsedTimer>
+#include <QEventLoop>
+#include <QSerialPort>
 
 #include <algorithm>
 #include <array>
@@ -86,6 +88,32 @@ std::vector<double> timeBareExchanges(const std::string &device, int times)
     return each;
 }
 
+// One exchange as any Qt program would make it: the library's port, its signal, an event loop.
+std::vector<double> timeLibraryExchanges(const std::string &device, int times)
+{
+    QSerialPort port(QString::fromStdString(device));
+    port.setBaudRate(QSerialPort::Baud19200);
+    if (!port.open(QIODevice::ReadWrite))
+        return {0};
+    QEventLoop loop;
+    QByteArray reply;
+    QObject::connect(&port, &QSerialPort::readyRead, &loop, [&] {
+        reply += port.readAll();
+        if (reply.contains('\r'))
+            loop.quit();
+    });
+    std::vector<double> each;
+    for (int i = 0; i < times; ++i) {
+        QElapsedTimer timer;
+        timer.start();
+        reply.clear();
+        port.write("*STEP 250\r");
+        loop.exec();
+        each.push_back(microseconds(timer));
+    }
+    return each;
+}
+
 } // namespace
 
 void benchPacedSteps(Report &report)
@@ -125,11 +153,12 @@ void benchExchange(Report &report)
     }
     connection.unit->commPort()->ClosePort();
     const double ours = median(each);
+    const double library = median(timeLibraryExchanges(connection.line.device(), times));
     const double bare = median(timeBareExchanges(connection.line.device(), times));
-    report.figure("one exchange, unpaced, median", ours, "us", "bare write, poll, read", bare,
-                  "us");
-    report.note("  ratio", ours / bare, "");
-    report.bound("  added", ours - bare, "us", 100);
+    report.figure("one exchange, unpaced, median", ours, "us", "QSerialPort in an event loop",
+                  library, "us");
+    report.bound("  added to the library's", ours - library, "us", 10);
+    report.figure("  without Qt", ours, "us", "bare write, poll, read", bare, "us");
 }
 
 void benchSilentUnit(Report &report)

@@ -130,7 +130,10 @@ void EntryMark::update()
 // At the left, where no box has its number's end; the text keeps clear of it.
 void EntryMark::placeSign()
 {
-    const bool shown = !m_sign->isHidden();
+    if (m_sign->isHidden()) {
+        m_box.setTextMargins(0, 0, 0, 0);
+        return;
+    }
     // Beside the large digits of the main window a sign of their size would take their room.
     const int words = QFontInfo(m_box.window()->font()).pixelSize();
     QFont font = m_box.font();
@@ -140,7 +143,7 @@ void EntryMark::placeSign()
     m_sign->adjustSize();
     const int margin = m_sign->fontMetrics().averageCharWidth();
     m_sign->move(margin, (m_box.height() - m_sign->height()) / 2);
-    m_box.setTextMargins(shown ? margin + m_sign->width() : 0, 0, 0, 0);
+    m_box.setTextMargins(margin + m_sign->width(), 0, 0, 0);
 }
 
 bool EntryMark::eventFilter(QObject *watched, QEvent *event)

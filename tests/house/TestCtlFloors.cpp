@@ -13,6 +13,7 @@ private slots:
     void theConsoleToolStandsOnTheUnitsWing();
     void theRuleSeesAWindowInTheConsoleTool();
     void theConsoleToolIsLinkedToTheUnitsWing();
+    void theProgramConnectsToNoNetwork();
 
 private:
     static QStringList breachesOfTool(const QString &file, const QString &source);
@@ -85,6 +86,17 @@ void TestCtlFloors::theConsoleToolIsLinkedToTheUnitsWing()
     QCOMPARE(libraries,
              (QStringList{QStringLiteral("keldox_discovery"), QStringLiteral("Qt6::Network")}));
     QVERIFY(!contentsOf(QStringLiteral("src/CMakeLists.txt")).contains(QLatin1String("Network")));
+}
+
+// Neither does it listen: what it opens are serial ports and files.
+void TestCtlFloors::theProgramConnectsToNoNetwork()
+{
+    static const QRegularExpression network(QStringLiteral(
+        R"(Q(Tcp|Udp|Abstract|Local|Ssl)(Socket|Server)|QNetwork\w+|QHostAddress|<sys/socket\.h>)"));
+    QVERIFY(network.match(QStringLiteral("#include <QTcpSocket>")).hasMatch());
+    QVERIFY(network.match(QStringLiteral("QNetworkAccessManager web;")).hasMatch());
+    for (const QString &file : sourceFiles(QStringLiteral("src")))
+        QVERIFY2(!network.match(contentsOf(file)).hasMatch(), qPrintable(file));
 }
 
 KELDOX_TEST(TestCtlFloors)

@@ -40,6 +40,9 @@ int main(int argc, char **argv)
         arguments.remove(at, 2);
     }
 
+    // "-first-failure" ends after the first class that fails.
+    const bool endsEarly = arguments.removeAll(QStringLiteral("-first-failure")) > 0;
+
     int failures = 0;
     int classes = 0;
     for (const TestFactory &make : std::as_const(factories())) {
@@ -48,6 +51,8 @@ int main(int argc, char **argv)
             continue;
         ++classes;
         failures += QTest::qExec(test.get(), arguments);
+        if (endsEarly && failures > 0)
+            break;
     }
     return classes == 0 ? 1 : qMin(failures, 125);
 }
