@@ -2,6 +2,7 @@
 #include "widgets/EntryMark.h"
 
 #include "core/TextNumbers.h"
+#include "widgets/IndicatorLight.h"
 
 #include <QAbstractButton>
 #include <QGroupBox>
@@ -34,11 +35,6 @@ void describe(QWidget &control, const QStringList &words, const QStringList &tip
     }
 }
 
-QString unconfirmedTip()
-{
-    return QObject::tr("not confirmed by the unit: press F5 to read it again");
-}
-
 std::optional<double> plainNumber(const QString &text)
 {
     return isNumeric(text) ? std::optional(numericValue(text)) : std::nullopt;
@@ -53,6 +49,11 @@ QString withSign(QString caption, bool confirmed)
 }
 
 } // namespace
+
+QString unconfirmedTip()
+{
+    return QObject::tr("not confirmed by the unit: press F5 to read it again");
+}
 
 EntryMark::EntryMark(QLineEdit &box)
     : QObject(&box), m_box(box), m_sign(new QLabel(&box)), m_reading(plainNumber)
@@ -173,6 +174,8 @@ bool EntryMark::eventFilter(QObject *watched, QEvent *event)
 
 void markConfirmed(QWidget &control, bool confirmed)
 {
+    if (auto *light = qobject_cast<IndicatorLight *>(&control))
+        return light->setConfirmed(confirmed); // it speaks for itself
     if (auto *button = qobject_cast<QAbstractButton *>(&control))
         button->setText(withSign(button->text(), confirmed));
     else if (auto *group = qobject_cast<QGroupBox *>(&control))

@@ -53,5 +53,7 @@ private:
 };
 
 // The same for a control without a text of the operator's: a check box or a group box gets the sign
-// behind its caption.
+// behind its caption, a light inside.
 void markConfirmed(QWidget &control, bool confirmed);
+// What to do about a value that is not confirmed.
+QString unconfirmedTip();

@@ -21,6 +21,10 @@ public:
     QString meaning() const { return m_meaning; }
     void setFillColor(const QColor &color, const QString &meaning);
 
+    // A light whose value the unit has not confirmed shows a question mark and says so in words.
+    bool isConfirmed() const { return m_confirmed; }
+    void setConfirmed(bool confirmed);
+
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override { return sizeHint(); }
 
@@ -28,6 +32,9 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
+    void speak();
+
     QColor m_fillColor = buttonFace;
     QString m_meaning;
+    bool m_confirmed = true;
 };

@@ -18,7 +18,7 @@ public:
 
     QString text(QAccessible::Text kind) const override
     {
-        const QString meaning = static_cast<IndicatorLight *>(widget())->meaning();
+        const QString meaning = widget()->accessibleDescription();
         if (kind == QAccessible::Name)
             return widget()->accessibleName() + QStringLiteral(": ") + meaning;
         return kind == QAccessible::Value ? meaning : QAccessibleWidget::text(kind);

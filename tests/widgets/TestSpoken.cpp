@@ -1,6 +1,7 @@
 // What screen readers hear of the shared controls, and what becomes of texts from outside in them.
 #include "support/TestMain.h"
 
+#include "widgets/EntryMark.h"
 #include "widgets/IndicatorLight.h"
 #include "widgets/OptionSet.h"
 #include "widgets/PanelStatusBar.h"
@@ -19,6 +20,7 @@ class TestSpoken : public QObject
 
 private slots:
     void aLightIsHeardWithItsMeaning();
+    void aLightThatIsNotConfirmedSaysSo();
     void arrowsAreHeardWithTheValueOfTheirBox();
     void arrowsAnswerTheReadersActions();
     void anOptionIsHeardAsAnOption();
@@ -44,6 +46,29 @@ void TestSpoken::aLightIsHeardWithItsMeaning()
     light.setFillColor(IndicatorLight::red, QStringLiteral("no answer"));
     QCOMPARE(heard(&light)->text(QAccessible::Name), QStringLiteral("communication: no answer"));
     QCOMPARE(heard(&light)->text(QAccessible::Value), QStringLiteral("no answer"));
+}
+
+void TestSpoken::aLightThatIsNotConfirmedSaysSo()
+{
+    IndicatorLight light;
+    light.setAccessibleName(QStringLiteral("attenuation"));
+    light.setFillColor(IndicatorLight::amber, QStringLiteral("10 dB"));
+    const QImage confirmed = light.grab().toImage();
+    markConfirmed(light, false);
+    QCOMPARE(light.accessibleDescription(), QStringLiteral("10 dB, unconfirmed"));
+    QCOMPARE(light.toolTip(),
+             QStringLiteral("10 dB\nnot confirmed by the unit: press F5 to read it again"));
+    QCOMPARE(heard(&light)->text(QAccessible::Name),
+             QStringLiteral("attenuation: 10 dB, unconfirmed"));
+    QVERIFY(light.grab().toImage() != confirmed);
+    QCOMPARE(light.fillColor(), QColor(IndicatorLight::amber));
+    // What the light shows may change under the mark.
+    light.setFillColor(IndicatorLight::buttonFace, QStringLiteral("off"));
+    QCOMPARE(light.accessibleDescription(), QStringLiteral("off, unconfirmed"));
+    light.setFillColor(IndicatorLight::amber, QStringLiteral("10 dB"));
+    markConfirmed(light, true);
+    QCOMPARE(light.accessibleDescription(), QStringLiteral("10 dB"));
+    QCOMPARE(light.grab().toImage(), confirmed);
 }
 
 void TestSpoken::arrowsAreHeardWithTheValueOfTheirBox()

@@ -15,6 +15,7 @@
 #include "ui/main/Tuning.h"
 #include "ui/main/clsPelltrim.h"
 #include "ui_frmMain_KeldoX2.h"
+#include "widgets/EntryMark.h"
 
 // Emptied first: no value of the unit before stands under this one's name.
 void frmMain_KeldoX2::setDevice(std::shared_ptr<clsKeldoX> device)
@@ -108,6 +109,8 @@ void frmMain_KeldoX2::mDevice_ConfirmationChange(UnitValue value, bool confirmed
         m_tuning->markFrequency(confirmed);
     else if (value == UnitValue::InputLimiting)
         m_limiting->mark(confirmed);
+    else if (value == UnitValue::InputAttenuation)
+        markConfirmed(*m_ui->ShapeOneBitLight, confirmed);
 }
 
 void frmMain_KeldoX2::showInputAttenuation(std::optional<double> decibels)

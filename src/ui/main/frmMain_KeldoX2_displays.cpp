@@ -66,6 +66,7 @@ void frmMain_KeldoX2::clearUnit()
     m_tuning->clear();
     m_presets->clearFreqs();
     m_limiting->mark(true);
+    markConfirmed(*m_ui->ShapeOneBitLight, true);
     showInputAttenuation({});
     setStatusPanel(MainPanel::unitStatus, {});
     m_captions->clear();

@@ -23,6 +23,7 @@ private slots:
     void fineTuningIsMarked();
     void anUnconfirmedValueIsMarked_data();
     void anUnconfirmedValueIsMarked();
+    void theInputAttenuationLightIsMarked();
     void anotherUnitStartsWithoutMarks();
     void aPresetStoresWhatIsTyped();
 };
@@ -218,11 +219,27 @@ void TestEntryMarks::anUnconfirmedValueIsMarked()
     QCOMPARE(marked->toolTip(), tip);
 }
 
+void TestEntryMarks::theInputAttenuationLightIsMarked()
+{
+    ConnectedBench bench;
+    auto *light = bench.find<IndicatorLight>("ShapeOneBitLight");
+    bench.unit->setInputAtten(10);
+    QCOMPARE(light->accessibleDescription(), QStringLiteral("10 dB"));
+    bench.reply("INPUT ATTN 20", "?");
+    bench.boxes().expectStart(QStringLiteral("The device did not respond correctly"));
+    bench.unit->setInputAtten(20);
+    QCOMPARE(light->accessibleDescription(), QStringLiteral("10 dB, unconfirmed"));
+    QVERIFY(light->toolTip().contains(QStringLiteral("press F5 to read it again")));
+    bench.unit->InputAtten();
+    QCOMPARE(light->accessibleDescription(), QStringLiteral("10 dB"));
+}
+
 void TestEntryMarks::anotherUnitStartsWithoutMarks()
 {
     ConnectedBench bench;
     for (const UnitValue value :
-         {UnitValue::Frequency, UnitValue::InputLimiting, UnitValue::Pelltrim, UnitValue::CalMode})
+         {UnitValue::Frequency, UnitValue::InputLimiting, UnitValue::InputAttenuation,
+          UnitValue::Pelltrim, UnitValue::CalMode})
         emit bench.unit->ConfirmationChange(value, false);
     bench.type(QStringLiteral("101"));
     QCOMPARE(sign(bench.frequency()), QStringLiteral("*?"));
@@ -233,6 +250,7 @@ void TestEntryMarks::anotherUnitStartsWithoutMarks()
     QCOMPARE(sign(bench.find<QLineEdit>("txtPelltrim")), QString());
     QCOMPARE(bench.find<QGroupBox>("FrameInputLimiting")->title(),
              QStringLiteral("Input Limiting"));
+    QVERIFY(bench.find<IndicatorLight>("ShapeOneBitLight")->isConfirmed());
     QCOMPARE(bench.find<QCheckBox>("chkPelltrimCalMode")->text(), QStringLiteral("Calibrated"));
 }
 
