@@ -51,6 +51,15 @@ void SearchStrip::say(const QString &text)
     setShown(!text.isEmpty());
 }
 
+// What the window has grown by already is room for the strip too.
+static int growth(const QWidget &window, int before, int wanted)
+{
+    if (before > 0)
+        return before;
+    const QSize room = withinScreen(window, window.size() + QSize(0, wanted));
+    return std::max(0, room.height() - window.height());
+}
+
 // The window makes room for its new line and takes it back, where it may be sized at all: nothing
 // of what it shows is covered or has to be scrolled to.
 void SearchStrip::setShown(bool shown)
@@ -61,10 +70,10 @@ void SearchStrip::setShown(bool shown)
     const bool mayGrow = !top->isMaximized() && !top->isFullScreen();
     const int height = sizeHint().height();
     setVisible(shown);
-    if (shown) {
-        const QSize wanted = top->size() + QSize(0, mayGrow ? height : 0);
-        m_grownBy = withinScreen(*top, wanted).height() - top->height();
-    }
-    if (mayGrow && m_grownBy > 0)
-        top->resize(top->width(), top->height() + (shown ? m_grownBy : -m_grownBy));
+    if (!mayGrow)
+        return; // what it has grown by before goes when it may be sized again
+    const int before = passingHeight(*top);
+    const int now = shown ? growth(*top, before, height) : 0;
+    setPassingHeight(*top, now);
+    top->resize(top->width(), top->height() + now - before);
 }

@@ -28,5 +28,4 @@ private:
 
     QLabel *m_line;
     QPushButton *m_cancel;
-    int m_grownBy = 0; // pixels that the window has grown by for the strip
 };

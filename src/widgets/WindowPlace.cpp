@@ -26,6 +26,18 @@ QSize withinScreen(const QWidget &window, const QSize &wanted)
     return wanted.boundedTo(roomOnScreen(window));
 }
 
+static const char passingHeightName[] = "passingHeight";
+
+void setPassingHeight(QWidget &window, int pixels)
+{
+    window.setProperty(passingHeightName, pixels);
+}
+
+int passingHeight(const QWidget &window)
+{
+    return window.property(passingHeightName).toInt();
+}
+
 QString WindowPlace::section()
 {
     return QStringLiteral("Settings");
@@ -110,7 +122,7 @@ void WindowPlace::save() const
                        .arg(place.x())
                        .arg(place.y())
                        .arg(place.width())
-                       .arg(place.height());
+                       .arg(place.height() - passingHeight(*m_window));
     if (maximized)
         text += QStringLiteral(" maximized");
     try {

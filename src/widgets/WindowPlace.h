@@ -12,6 +12,11 @@ QSize roomOnScreen(const QWidget &window);
 // What of the wanted size the window's screen has room for.
 QSize withinScreen(const QWidget &window, const QSize &wanted);
 
+// So many pixels of the window's height are for something that passes, like a search's strip: no
+// place is kept with them.
+void setPassingHeight(QWidget &window, int pixels);
+int passingHeight(const QWidget &window);
+
 // Puts the window where it was left and stores its place whenever it is hidden, in the user's
 // settings under "Geometry" and the name. A stored place that is nonsense, or on a screen that is
 // gone, is ignored. Lives as long as the window.

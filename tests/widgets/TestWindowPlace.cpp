@@ -5,6 +5,7 @@
 #include "platform/Application.h"
 #include "platform/SettingsStore.h"
 #include "widgets/ScrollPane.h"
+#include "widgets/SearchStrip.h"
 #include "widgets/WindowPlace.h"
 
 #include <QFile>
@@ -26,6 +27,8 @@ private slots:
     void aPlaceLargerThanTheScreenIsMadeToFit();
     void eachWindowHasAPlaceOfItsOwn();
     void settingsThatCannotBeWrittenAreNoMatter();
+    void aSearchsStripIsNoPartOfThePlace();
+    void aStripLetsAMaximizedWindowBe();
     void aPaneShowsItsContentWholeAndScrollsWhenItMust();
 };
 
@@ -158,6 +161,55 @@ void TestWindowPlace::settingsThatCannotBeWrittenAreNoMatter()
     }
     qputenv("XDG_CONFIG_HOME", before);
     QCOMPARE(stored(), QString());
+}
+
+void TestWindowPlace::aSearchsStripIsNoPartOfThePlace()
+{
+    const Fixture fixture;
+    {
+        QMainWindow window;
+        SearchStrip strip(&window);
+        WindowPlace::keep(window, QStringLiteral("main"));
+        window.show();
+        window.move(130, 90);
+        window.resize(420, 310);
+        strip.say(QStringLiteral("Looking at COM7."));
+        QVERIFY(window.height() > 310);
+        window.close(); // in the middle of the search
+        QCOMPARE(stored(), QStringLiteral("130 90 420 310"));
+        strip.say({});
+        QCOMPARE(window.height(), 310);
+    }
+    QMainWindow window;
+    const SearchStrip strip(&window);
+    WindowPlace::keep(window, QStringLiteral("main"));
+    QCOMPARE(window.size(), QSize(420, 310));
+    store({});
+}
+
+// Maximized while the strip is shown, the window cannot give its room back before it is normal.
+void TestWindowPlace::aStripLetsAMaximizedWindowBe()
+{
+    const Fixture fixture;
+    QMainWindow window;
+    SearchStrip strip(&window);
+    WindowPlace::keep(window, QStringLiteral("main"));
+    window.show();
+    window.move(130, 90);
+    window.resize(420, 310);
+    strip.say(QStringLiteral("Looking at COM7."));
+    const int grown = window.height();
+    QVERIFY(grown > 310);
+    window.showMaximized();
+    strip.say({});
+    window.hide();
+    QCOMPARE(stored(), QStringLiteral("130 90 420 310 maximized"));
+    window.showNormal();
+    strip.say(QStringLiteral("Looking at COM8."));
+    QCOMPARE(window.height(), grown);
+    strip.say({});
+    QCOMPARE(window.height(), 310);
+    store({});
 }
 
 void TestWindowPlace::aPaneShowsItsContentWholeAndScrollsWhenItMust()
