@@ -45,5 +45,7 @@ void closeAllComPorts();
 // at all an error is reported and the list stays disabled. Gives a line of cause and remedy for
 // each device that is not to be had.
 QStringList PopulateComboBox(QComboBox &combo);
+// The same when a port came or went while the list is shown: that no port opens is no news.
+QStringList PopulateComboBoxAgain(QComboBox &combo);
 // The same for callers whose errors are reported under another source.
 QStringList PopulateComboBoxFor(const char *source, QComboBox &combo);

@@ -77,6 +77,32 @@ void closeAllComPorts()
         });
 }
 
+// False when no port opens: the list stays disabled.
+static bool fill(QComboBox &combo, QStringList &refused)
+{
+    combo.setEnabled(false);
+    combo.clear();
+    const QPointer<QComboBox> box(&combo); // its window may go while the ports are tried
+    listOpenablePorts([&](const ListedPort &port) {
+        if (!port.failure.isEmpty())
+            refused.append(QStringLiteral("COM%1: %2").arg(port.number).arg(port.failure));
+        if (box && port.opens)
+            addPort(*box, numberToTextWithBlank(port.number),
+                    PortDirectory::instance().describe(port.number));
+    });
+    if (!box)
+        return true;
+    if (box->count() == 0)
+        return false;
+    // The highest-numbered port that can be opened is left out of the list on purpose; it can
+    // still be typed.
+    box->removeItem(box->count() - 1);
+    if (box->count() > 0)
+        box->setCurrentIndex(0);
+    box->setEnabled(true);
+    return true;
+}
+
 QStringList PopulateComboBox(QComboBox &combo)
 {
     return PopulateComboBoxFor("modSearchPorts.PopulateComboBox", combo);
@@ -86,26 +112,15 @@ QStringList PopulateComboBoxFor(const char *source, QComboBox &combo)
 {
     QStringList refused;
     reportAndEnd(source, [&] {
-        combo.setEnabled(false);
-        combo.clear();
-        const QPointer<QComboBox> box(&combo); // its window may go while the ports are tried
-        listOpenablePorts([&](const ListedPort &port) {
-            if (!port.failure.isEmpty())
-                refused.append(QStringLiteral("COM%1: %2").arg(port.number).arg(port.failure));
-            if (box && port.opens)
-                addPort(*box, numberToTextWithBlank(port.number),
-                        PortDirectory::instance().describe(port.number));
-        });
-        if (!box)
-            return;
-        // The highest-numbered port that can be opened is left out of the list on purpose; it can
-        // still be typed. With no entry at all the removal fails and the list stays disabled.
-        if (combo.count() == 0)
+        if (!fill(combo, refused))
             throw RunTimeError(ErrorNumber::InvalidProcedureCall);
-        combo.removeItem(combo.count() - 1);
-        if (combo.count() > 0)
-            combo.setCurrentIndex(0);
-        combo.setEnabled(true);
     });
+    return refused;
+}
+
+QStringList PopulateComboBoxAgain(QComboBox &combo)
+{
+    QStringList refused;
+    reportAndEnd("modSearchPorts.PopulateComboBoxAgain", [&] { fill(combo, refused); });
     return refused;
 }

@@ -1,5 +1,6 @@
 // What the end of a search tells the operator beside the stated text: ports that could not be
 // looked at, and lines that may carry addressed units.
+#include "support/DeniedLine.h"
 #include "support/SearchBench.h"
 #include "support/TestMain.h"
 
@@ -12,6 +13,7 @@ class TestSearchTells : public QObject
 private slots:
     void aPortInUseIsNamedWithItsRemedy();
     void aDeviceThatIsGoneIsNamed();
+    void aPortWithoutAccessRightIsNamed();
     void aSilentLineMayHaveAddressedUnits();
     void anEchoingLineMayHaveAddressedUnits();
     void whatAnswersOtherwiseHasNone();
@@ -49,6 +51,17 @@ void TestSearchTells::aDeviceThatIsGoneIsNamed()
     bench.fixture.plug(6, QStringLiteral("/nowhere/ttyUSB7"));
     QCOMPARE(toldAfter(bench, 1),
              QStringLiteral("COM6: /nowhere/ttyUSB7 is not there. Check that it is plugged in."));
+}
+
+void TestSearchTells::aPortWithoutAccessRightIsNamed()
+{
+    SearchBench bench;
+    const QString device = QString::fromStdString(bench.line(4).device());
+    DeniedLine::install(device);
+    const QString told = toldAfter(bench, 1);
+    QCOMPARE(told, QStringLiteral("COM4: ") + DeniedLine::told(device));
+    QVERIFY(told.contains(QStringLiteral("group \"dialout\"")));
+    QCOMPARE(bench.sentTo(4), QStringList());
 }
 
 void TestSearchTells::aSilentLineMayHaveAddressedUnits()

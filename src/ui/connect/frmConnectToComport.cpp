@@ -115,11 +115,16 @@ void frmConnectToComport::Form_Load()
 
 void frmConnectToComport::listPorts()
 {
+    list(PopulateComboBox);
+}
+
+void frmConnectToComport::list(QStringList (*fill)(QComboBox &ports))
+{
     if (m_listing || m_connecting)
         return;
     const QScopedValueRollback listing(m_listing, true);
     m_ui->OKButton->setEnabled(false);
-    const QStringList refused = PopulateComboBox(*m_ui->comboComPort);
+    const QStringList refused = fill(*m_ui->comboComPort);
     // Filled or failed: with a disabled list OK only closes the dialog, as it always did.
     m_ui->OKButton->setEnabled(true);
     tell(*m_refused, refused.join(QLatin1Char('\n')));
@@ -144,7 +149,7 @@ void frmConnectToComport::listAgain(int ports)
         return;
     }
     const QString typed = m_ui->comboComPort->currentText();
-    listPorts();
+    list(PopulateComboBoxAgain);
     if (!typed.isEmpty() && m_ui->comboComPort->isEnabled())
         m_ui->comboComPort->setEditText(typed);
 }

@@ -35,6 +35,7 @@ private:
     void Form_Load();
     void addLines();
     void listPorts();
+    void list(QStringList (*fill)(QComboBox &ports));
     void listAgain(int ports);
     void showPortsDevice();
     static QLabel *makeLine(QWidget *parent, const QString &name);

@@ -65,6 +65,7 @@ private:
 
     void bindCommands();
     void listPorts();
+    void list(QStringList (*fill)(QComboBox &ports));
     void listAgain(int ports);
     void cmdConnect_Click();
     void cmdSendCommand_Click();

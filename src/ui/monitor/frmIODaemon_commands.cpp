@@ -47,9 +47,14 @@ void frmIODaemon::bindCommands()
     connect(m_ui->mnuHelpCommands, &QAction::triggered, this, &frmIODaemon::mnuHelpCommands_Click);
 }
 
+void frmIODaemon::listPorts()
+{
+    list(PopulateComboBox);
+}
+
 // A port number that was typed stays. During a search the ports belong to the search; they are
 // listed when it is over.
-void frmIODaemon::listPorts()
+void frmIODaemon::list(QStringList (*fill)(QComboBox &ports))
 {
     if (m_listing || !isVisible())
         return;
@@ -60,7 +65,7 @@ void frmIODaemon::listPorts()
     }
     const QScopedValueRollback listing(m_listing, true);
     const QString typed = m_ui->comboComPort->currentText();
-    for (const QString &refused : PopulateComboBox(*m_ui->comboComPort))
+    for (const QString &refused : fill(*m_ui->comboComPort))
         logEvent(monitorName(), refused);
     if (!typed.isEmpty())
         m_ui->comboComPort->setEditText(typed);
@@ -71,7 +76,7 @@ void frmIODaemon::listPorts()
 void frmIODaemon::listAgain(int ports)
 {
     if (ports > 0) {
-        listPorts();
+        list(PopulateComboBoxAgain);
     } else if (!m_listing) {
         m_ui->comboComPort->clear();
         m_ui->comboComPort->setEnabled(false);

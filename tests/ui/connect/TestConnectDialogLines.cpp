@@ -1,6 +1,7 @@
 // What the connect-to-port dialog tells: which device a number is, which ports are not to be had,
 // what opening it has done; and that it follows what is plugged in.
 #include "ConnectDialogBench.h"
+#include "support/DeniedLine.h"
 #include "support/TestMain.h"
 
 #include "platform/CommControl.h"
@@ -19,9 +20,11 @@ private slots:
     void theDeviceOfTheChosenNumberIsShown();
     void descriptionsStandInTheListAsPlainText();
     void aPortInUseIsNamedWithItsRemedy();
+    void aPortWithoutAccessRightIsNamed();
     void unitsThatWereLetGoAreMentioned();
     void theListFollowsWhatIsPluggedIn();
     void whatWasTypedStaysWhenTheListFollows();
+    void aListThatFollowsReportsNothing();
     void closingWhileTheListIsMadeIsSafe();
 
 private:
@@ -107,6 +110,21 @@ void TestConnectDialogLines::aPortInUseIsNamedWithItsRemedy()
     });
 }
 
+void TestConnectDialogLines::aPortWithoutAccessRightIsNamed()
+{
+    SearchBench bench;
+    bench.line(1);
+    bench.line(2);
+    const QString device = QString::fromStdString(bench.line(4).device());
+    DeniedLine::install(device);
+    frmConnectToComport dialog;
+    open(dialog, [&] {
+        QCOMPARE(line(dialog, "lblRefused"), QStringLiteral("COM4: ") + DeniedLine::told(device));
+        QCOMPARE(dialog.comboComPort().count(), 1); // COM2 is the highest that opens
+        dialog.reject();
+    });
+}
+
 void TestConnectDialogLines::unitsThatWereLetGoAreMentioned()
 {
     SearchBench bench;
@@ -157,6 +175,30 @@ void TestConnectDialogLines::whatWasTypedStaysWhenTheListFollows()
         QCOMPARE(dialog.comboComPort().currentText(), QStringLiteral("3"));
         dialog.reject();
     });
+}
+
+// The operator was told once that no port opens, and sees the list.
+void TestConnectDialogLines::aListThatFollowsReportsNothing()
+{
+    SearchBench bench;
+    bench.fixture.boxes.expectStart(QStringLiteral("Error 5 "));
+    bench.fixture.plug(6, QStringLiteral("/nowhere/ttyUSB7"));
+    const QString device = QString::fromStdString(bench.line(4).device());
+    DeniedLine::install(device);
+    bench.fixture.unplug(4);
+    frmConnectToComport dialog;
+    open(
+        dialog,
+        [&] {
+            bench.fixture.plug(4, device);
+            QTRY_VERIFY_WITH_TIMEOUT(line(dialog, "lblRefused").contains(DeniedLine::told(device)),
+                                     4000);
+            QVERIFY(button(dialog, "OKButton").isEnabled());
+            QVERIFY(!dialog.comboComPort().isEnabled());
+            dialog.reject();
+        },
+        [&] { return button(dialog, "OKButton").isEnabled(); });
+    QCOMPARE(bench.fixture.boxes.shown().size(), 1);
 }
 
 void TestConnectDialogLines::closingWhileTheListIsMadeIsSafe()

@@ -1,6 +1,7 @@
 // The monitor's list of ports beside a search for units: whichever begins first, both end well, and
 // no port is held open while the program turns to something else.
 #include "MonitorBench.h"
+#include "support/DeniedLine.h"
 #include "support/SearchBench.h"
 #include "support/TestMain.h"
 
@@ -58,6 +59,8 @@ private slots:
     void aListingAskedForDuringASearch();
     void aMonitorClosedMeanwhileListsNothing();
     void theListFollowsWhatIsPluggedInAndSaysWhatIsRefused();
+    void aPortWithoutAccessRightIsNamed();
+    void aListThatFollowsReportsNothing();
 };
 
 void TestMonitorPorts::noPortIsHeldWhileOthersHaveTheirTurn()
@@ -169,6 +172,45 @@ void TestMonitorPorts::theListFollowsWhatIsPluggedInAndSaysWhatIsRefused()
         site.search.fixture.unplug(port);
     QTRY_VERIFY_WITH_TIMEOUT(site.listed().isEmpty(), 5000);
     QVERIFY(!site.ports()->isEnabled());
+}
+
+void TestMonitorPorts::aPortWithoutAccessRightIsNamed()
+{
+    Site site;
+    const QString device = QString::fromStdString(site.search.line(4).device());
+    DeniedLine::install(device);
+    const QString told = QStringLiteral("COM4: ") + DeniedLine::told(device);
+    const auto timesTold = [&] {
+        return site.search.logOf(QStringLiteral("IO monitor")).count(told);
+    };
+    site.window->show();
+    QTRY_COMPARE(site.listed(), site.expected);
+    QTRY_COMPARE(timesTold(), 1);
+    QTRY_VERIFY(site.ports()->isEnabled());
+    site.ports()->setEditText(QStringLiteral("4"));
+    QTest::mouseClick(site.window->findChild<QPushButton *>(QStringLiteral("cmdConnect")),
+                      Qt::LeftButton);
+    QCOMPARE(timesTold(), 2);
+    QVERIFY(!site.window->windowTitle().contains(QStringLiteral("COM4")));
+}
+
+// Shown without a port that opens it reports so, once.
+void TestMonitorPorts::aListThatFollowsReportsNothing()
+{
+    Site site;
+    const QString device = QString::fromStdString(site.search.line(4).device());
+    DeniedLine::install(device);
+    for (const int port : {1, 2, 4, 250})
+        site.search.fixture.unplug(port);
+    site.search.fixture.boxes.expectStart(QStringLiteral("Error 5 "));
+    site.window->show();
+    QTRY_VERIFY(site.search.fixture.boxes.allShown());
+    site.search.fixture.plug(4, device);
+    QTRY_VERIFY_WITH_TIMEOUT(site.search.logOf(QStringLiteral("IO monitor"))
+                                 .contains(QStringLiteral("COM4: ") + DeniedLine::told(device)),
+                             5000);
+    QVERIFY(!site.ports()->isEnabled());
+    QCOMPARE(site.search.fixture.boxes.shown().size(), 1);
 }
 
 KELDOX_TEST(TestMonitorPorts)
