@@ -34,8 +34,8 @@ void TestConnectDialog::itShowsItsTexts()
         QCOMPARE(dialog.windowTitle(), QStringLiteral("KELDO-X Control Program"));
         QVERIFY(!dialog.windowIcon().isNull());
         QCOMPARE(dialog.findChild<QLabel *>(QStringLiteral("Label1"))->text(),
-                 QStringLiteral("Connect to Keldo-X on com port"));
-        QCOMPARE(tovinR(dialog).text(), QStringLiteral("Unit is an addressable Tovin-R"));
+                 QStringLiteral("Connect to Keldo-X on com &port"));
+        QCOMPARE(tovinR(dialog).text(), QStringLiteral("Unit is an addressable &Tovin-R"));
         QVERIFY(!tovinR(dialog).isChecked());
         QCOMPARE(button(dialog, "OKButton").text(), QStringLiteral("OK"));
         QCOMPARE(button(dialog, "CancelButton").text(), QStringLiteral("Cancel"));

@@ -1,6 +1,7 @@
 // The main window's menus: their order and captions, the entries without a window yet, the search,
 // and the polling timer's switch.
 #include "MainBench.h"
+#include "support/Heard.h"
 
 #include "platform/PortDirectory.h"
 
@@ -72,23 +73,7 @@ void TestMenus::entriesAreInTheirOrderUnderTheirCaptions()
     QCOMPARE(all, expected);
 }
 
-// In its menu; those on the bar also differ from the window's labels, which share the Alt key.
-static QStringList mnemonicFaults(const QWidget &menu, QStringList taken)
-{
-    QStringList faults;
-    for (const QAction *entry : menu.actions()) {
-        if (entry->isSeparator())
-            continue;
-        const QString key = QKeySequence::mnemonic(entry->text()).toString();
-        if (key.isEmpty() || taken.contains(key))
-            faults.append(entry->text());
-        taken.append(key);
-        if (entry->menu())
-            faults += mnemonicFaults(*entry->menu(), {});
-    }
-    return faults;
-}
-
+// Those on the bar also differ from the labels of the window, which share the Alt key.
 void TestMenus::everyEntryHasAMnemonicOfItsOwn()
 {
     const MainBench bench;
