@@ -35,6 +35,15 @@ void connectAnother(ConnectedBench &bench)
     bench.connectUnit();
 }
 
+// Every command that reaches the line from now on.
+void hear(ConnectedBench &bench, QStringList &commands)
+{
+    bench.line.setListener([&commands](bool fromUnit, const std::string &text) {
+        if (!fromUnit)
+            commands.append(QString::fromStdString(text));
+    });
+}
+
 sim::UnitSettings tunedUnit()
 {
     sim::UnitSettings settings = smallUnit();
@@ -85,24 +94,28 @@ void TestAnotherUnit::pointingTheWindowAtAUnitEmptiesIt()
 void TestAnotherUnit::anUnreadValueIsNotMadeUp_data()
 {
     QTest::addColumn<QByteArray>("query");
+    QTest::addColumn<bool>("isSilent");
     QTest::addColumn<QStringList>("plan");
     const QStringList whole{QStringLiteral("100 MHz"), QStringLiteral("105 MHz"),
                             QStringLiteral("110 MHz")};
-    QTest::addRow("step") << QByteArray("*STEP?") << whole;
-    QTest::addRow("start") << QByteArray("*START FREQ?")
+    QTest::addRow("step") << QByteArray("*STEP?") << false << whole;
+    QTest::addRow("a silent step") << QByteArray("*STEP?") << true << whole;
+    QTest::addRow("start") << QByteArray("*START FREQ?") << false
                            << QStringList{QString(), QString(), QString()};
-    QTest::addRow("spacing") << QByteArray("*CHAN SPACE?")
+    QTest::addRow("spacing") << QByteArray("*CHAN SPACE?") << false
                              << QStringList{QStringLiteral("100 MHz"), QString(), QString()};
 }
 
 void TestAnotherUnit::anUnreadValueIsNotMadeUp()
 {
     QFETCH(const QByteArray, query);
+    QFETCH(const bool, isSilent);
     QFETCH(const QStringList, plan);
     ConnectedBench bench(tunedUnit());
     QCOMPARE(bench.frequency()->text(), QStringLiteral("106.5"));
     bench.boxes().acceptAll();
-    bench.reply(query.toStdString(), "~}#@q%!x$");
+    bench.reply(query.toStdString(),
+                isSilent ? std::nullopt : std::optional<std::string>("~}#@q%!x$"));
     connectAnother(bench);
     isEmpty(bench);
     QVERIFY(bench.frequency()->isEnabled()); // a frequency can be typed
@@ -199,10 +212,27 @@ void TestAnotherUnit::draggingAsksNothing()
 void TestAnotherUnit::draggingWhileAUnitIsConnectedAsksNothing()
 {
     ConnectedBench bench(tunedUnit());
-    bench.unit->commPort()->ClosePort();
-    bench.unit = makeUnit();
-    bench.whileWaiting([&] { emit bench.slider()->sliderMoved(300); });
-    bench.connectUnit();
+    QStringList quiet;
+    QStringList dragged;
+    int moves = 0;
+    hear(bench, quiet);
+    connectAnother(bench);
+    hear(bench, dragged);
+    bench.log->events.clear();
+    QTimer drag; // turns whenever a reply is awaited
+    connect(&drag, &QTimer::timeout, this, [&] {
+        ++moves;
+        emit bench.slider()->sliderMoved(300);
+    });
+    drag.start(0);
+    connectAnother(bench);
+    drag.stop();
+    bench.line.setListener({});
+    QVERIFY(moves > 10);
+    QCOMPARE(dragged, quiet);
+    for (const auto &event : bench.log->events) // nothing was asked for in vain either
+        QVERIFY2(!event.second.contains(QStringLiteral("not sent")), qPrintable(event.second));
+    emit bench.unit->FreqChange(260, 106.5); // the drag is over
     QCOMPARE(bench.frequency()->text(), QStringLiteral("106.5"));
     QCOMPARE(bench.slider()->value(), 260);
 }
