@@ -218,9 +218,9 @@ LineSpec parseLineSpec(const std::string &text, const LineSpec &defaults)
     return spec;
 }
 
-std::unique_ptr<SimulatedLine> makeLine(const LineSpec &spec)
+std::unique_ptr<SimulatedLine> makeLine(const LineSpec &spec, std::unique_ptr<Wire> wire)
 {
-    auto line = std::make_unique<SimulatedLine>();
+    auto line = std::make_unique<SimulatedLine>(std::move(wire));
     for (const int address : spec.unitAddresses()) {
         UnitSettings unit = spec.unit;
         unit.address = address;

@@ -35,6 +35,7 @@ void setLineValue(LineSpec &spec, const std::string &key, const std::string &val
 /// "kind=tovin-r,addresses=2+5,paced": starts from the defaults. Throws like setLineValue.
 LineSpec parseLineSpec(const std::string &text, const LineSpec &defaults);
 /// The line with its units and its fault.
-std::unique_ptr<SimulatedLine> makeLine(const LineSpec &spec);
+std::unique_ptr<SimulatedLine> makeLine(const LineSpec &spec, std::unique_ptr<Wire> wire);
+std::unique_ptr<SimulatedLine> makeLine(const LineSpec &spec); ///< on a pseudo-terminal
 
 } // namespace sim

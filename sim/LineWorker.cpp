@@ -2,13 +2,7 @@
 #include "sim/LineWorker.h"
 
 #include <algorithm>
-#include <array>
-#include <cerrno>
-#include <system_error>
 
-#include <fcntl.h>
-#include <poll.h>
-#include <unistd.h>
 #ifdef __linux__
 #include <sys/prctl.h>
 #endif
@@ -31,29 +25,10 @@ void wakeOnTime()
 #endif
 }
 
-timespec toTimespec(std::chrono::nanoseconds span)
-{
-    span = std::max(span, 0ns);
-    const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(span);
-    return {seconds.count(), (span - seconds).count()};
-}
-
-void drain(int descriptor)
-{
-    std::array<char, 64> bytes{};
-    while (::read(descriptor, bytes.data(), bytes.size()) > 0) {
-    }
-}
-
 } // namespace
 
-LineWorker::LineWorker()
+LineWorker::LineWorker(std::unique_ptr<Wire> wire) : wire_(std::move(wire))
 {
-    std::array<int, 2> ends{};
-    if (pipe2(ends.data(), O_NONBLOCK | O_CLOEXEC) != 0)
-        throw std::system_error(errno, std::generic_category(), "pipe2");
-    wakeRead_ = ends[0];
-    wakeWrite_ = ends[1];
     thread_ = std::thread([this] { run(); });
 }
 
@@ -63,16 +38,8 @@ LineWorker::~LineWorker()
         const std::lock_guard lock(mutex_);
         ending_ = true;
     }
-    wake();
+    wire_->wake();
     thread_.join();
-    ::close(wakeRead_);
-    ::close(wakeWrite_);
-}
-
-void LineWorker::wake() const
-{
-    // A full pipe has woken the thread already.
-    [[maybe_unused]] const ssize_t written = ::write(wakeWrite_, "", 1);
 }
 
 void LineWorker::send(const std::string &bytes)
@@ -81,7 +48,7 @@ void LineWorker::send(const std::string &bytes)
         const std::lock_guard lock(mutex_);
         unsolicited_.push_back(bytes);
     }
-    wake();
+    wire_->wake();
 }
 
 void LineWorker::unplug()
@@ -92,7 +59,7 @@ void LineWorker::unplug()
     }
     std::unique_lock lock(mutex_);
     unplugging_ = true;
-    wake();
+    wire_->wake();
     changed_.wait(lock, [this] { return unplugged_; });
 }
 
@@ -104,7 +71,7 @@ bool LineWorker::waitForCommands(std::size_t count, std::chrono::milliseconds ti
 
 void LineWorker::hangUp()
 {
-    terminal_.hangUp();
+    wire_->hangUp();
     outbox_.clear();
     endlessLeft_ = 0;
     const std::lock_guard lock(mutex_);
@@ -118,7 +85,7 @@ void LineWorker::run()
     while (true) {
         sleep();
         // Taken before the calls: whoever called before the program wrote stays ahead of it.
-        const std::string input = terminal_.read();
+        const std::string input = wire_->read();
         const Time now = WireClock::Clock::now();
         std::vector<std::string> unsolicited;
         bool unplugging = false;
@@ -144,23 +111,13 @@ void LineWorker::run()
 void LineWorker::sleep()
 {
     const bool blocked = !outbox_.ready().empty();
-    std::array<pollfd, 3> descriptors{
-        {{wakeRead_, POLLIN, 0},
-         {terminal_.master(), static_cast<short>(blocked ? POLLIN | POLLOUT : POLLIN), 0},
-         {terminal_.watch(), POLLIN, 0}}}; // negative ones are passed over
-    const Time now = WireClock::Clock::now();
     std::optional<Time> until = outbox_.nextDue();
     const auto atLatest = [&](Time time) { until = until ? std::min(*until, time) : time; };
     if (blocked)
-        atLatest(now + blockedRetry);
+        atLatest(WireClock::Clock::now() + blockedRetry);
     else if (endlessLeft_ > 0)
         atLatest(endlessDue_);
-    const timespec span = until ? toTimespec(*until - now) : timespec{};
-    ppoll(descriptors.data(), descriptors.size(), until ? &span : nullptr, nullptr);
-    if (descriptors[0].revents)
-        drain(wakeRead_);
-    if (descriptors[2].revents)
-        terminal_.readWatch();
+    wire_->wait(until, blocked);
 }
 
 void LineWorker::receive(const std::string &bytes, Time now)
@@ -185,10 +142,10 @@ void LineWorker::receive(const std::string &bytes, Time now)
 void LineWorker::writeDue()
 {
     outbox_.collect(WireClock::Clock::now());
-    const std::size_t written = terminal_.write(outbox_.ready());
+    const std::size_t written = wire_->write(outbox_.ready());
     outbox_.ready().erase(0, written);
     shared([&](Shared &s) { s.bytesSent += written; });
-    if (!terminal_.isOpen())
+    if (!wire_->isOpen())
         outbox_.clear();
 }
 

@@ -3,8 +3,8 @@
 #pragma once
 
 #include "sim/Outbox.h"
-#include "sim/PseudoTerminal.h"
 #include "sim/SimulatedLine.h"
+#include "sim/Wire.h"
 
 #include <condition_variable>
 #include <mutex>
@@ -15,12 +15,12 @@ namespace sim {
 class LineWorker
 {
 public:
-    LineWorker();
+    explicit LineWorker(std::unique_ptr<Wire> wire);
     ~LineWorker();
     LineWorker(const LineWorker &) = delete;
     LineWorker &operator=(const LineWorker &) = delete;
 
-    const std::string &device() const { return terminal_.device(); }
+    std::string device() const { return wire_->device(); }
     void send(const std::string &bytes);
     void unplug();
     bool waitForCommands(std::size_t count, std::chrono::milliseconds timeout) const;
@@ -63,7 +63,6 @@ private:
     void postSplit(Time earliest, const std::string &bytes);
     void continueEndless();
     void writeDue();
-    void wake() const;
     void hangUp();
 
     mutable std::mutex mutex_;
@@ -75,15 +74,13 @@ private:
     bool unplugged_ = false;
 
     // The thread's own.
-    PseudoTerminal terminal_;
+    std::unique_ptr<Wire> wire_;
     WireClock clock_;
     Outbox outbox_;
     std::string input_;
     std::size_t endlessLeft_ = 0;
     Time endlessDue_{};
 
-    int wakeRead_ = -1;
-    int wakeWrite_ = -1;
     std::thread thread_; // the last to be made
 };
 

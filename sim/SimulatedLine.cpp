@@ -16,7 +16,10 @@ constexpr std::size_t mostUnits = 8;
 
 using Shared = LineWorker::Shared;
 
-SimulatedLine::SimulatedLine() : worker_(std::make_unique<LineWorker>()) {}
+SimulatedLine::SimulatedLine(std::unique_ptr<Wire> wire)
+    : worker_(std::make_unique<LineWorker>(std::move(wire)))
+{
+}
 SimulatedLine::~SimulatedLine() = default;
 
 std::string SimulatedLine::device() const

@@ -1,9 +1,10 @@
-// A serial line on a pseudo-terminal with one unit or up to eight addressed ones at its end, served
+// A serial line with one unit or up to eight addressed ones at its end, served
 // by a thread of its own. It can keep the pace of a real line and misbehave on request.
 #pragma once
 
 #include "sim/Fault.h"
 #include "sim/SimulatedUnit.h"
+#include "sim/Wire.h"
 
 #include <chrono>
 #include <cstddef>
@@ -25,12 +26,13 @@ public:
     using Responder = std::function<std::optional<std::string>(const std::string &command)>;
     using Listener = std::function<void(bool fromUnit, const std::string &line)>;
 
-    SimulatedLine();  ///< throws std::system_error when there is no pseudo-terminal to be had
+    explicit SimulatedLine(std::unique_ptr<Wire> wire);
+    SimulatedLine();  ///< on a pseudo-terminal; throws std::system_error when there is none
     ~SimulatedLine(); ///< ends the thread, hangs the line up
     SimulatedLine(const SimulatedLine &) = delete;
     SimulatedLine &operator=(const SimulatedLine &) = delete;
 
-    std::string device() const; ///< path of the terminal the program opens; stays after unplug
+    std::string device() const; ///< what the program opens; stays after unplug
     void addUnit(std::shared_ptr<SimulatedUnit> unit); ///< throws std::length_error at the ninth
     /// Replaces the units; the reply is sent with the terminator, nothing means silence. It runs on
     /// the line's thread and may call the line's other members.

@@ -271,11 +271,10 @@ void TestSimulatorProcess::helpTellsAll()
     QCOMPARE(process.exitCode(), 0);
     const QByteArray help = process.readAllStandardOutput();
     for (const char *const word :
-         {"--lines",   "--line ",    "--kind",  "--addresses",  "--firmware",
-          "--without", "--aopt",     "--copt",  "--password",   "--start",
-          "--spacing", "--max-step", "--com",   "--first",      "--paced",
-          "--fault",   "--log",      "--quiet", "--terminator", "wrong-unit-word",
-          "Examples"})
+         {"--lines", "--line ", "--kind",       "--addresses",     "--firmware", "--without",
+          "--aopt",  "--copt",  "--password",   "--start",         "--spacing",  "--max-step",
+          "--com",   "--first", "--paced",      "--fault",         "--log",      "--list",
+          "--stdio", "--quiet", "--terminator", "wrong-unit-word", "Examples"})
         QVERIFY2(help.contains(word), word);
     QCOMPARE(links(), QStringList());
 }
