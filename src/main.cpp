@@ -4,7 +4,9 @@
 #include "app/modMain_KeldoX2.h"
 #include "platform/Application.h"
 #include "platform/EventQueue.h"
+#include "platform/ServedPorts.h"
 #include "ui/main/ProgramIcon.h"
+#include "widgets/MessageBox.h"
 #include "windowMakers.h"
 
 #include <QApplication>
@@ -34,6 +36,18 @@ static QStringList ownWords(int argc, char **argv)
     return words;
 }
 
+static bool addSimulatedUnits(ServedPorts &ports)
+{
+    const QString failure =
+        ports.add(QStringLiteral("keldo-x-sim"), QStringLiteral("simulated line"));
+    if (failure.isEmpty())
+        return true;
+    // The first for a terminal, the second for a menu.
+    std::fputs(qPrintable(QStringLiteral("keldo-x: %1\n").arg(failure)), stderr);
+    MessageBox::show(failure, MessageBox::Critical);
+    return false;
+}
+
 int main(int argc, char **argv)
 {
     // Texts need no display.
@@ -55,6 +69,9 @@ int main(int argc, char **argv)
 
     const PoliteEnd politeEnd;
     installMessageBoxes();
+    ServedPorts simulated;
+    if (options.simulator && !addSimulatedUnits(simulated))
+        return 1;
     runWhenReady(options);
     Main(windowMakers());
     const int result = EventQueue::ending() ? 0 : QApplication::exec();

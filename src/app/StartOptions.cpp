@@ -16,12 +16,14 @@
 namespace {
 
 const char usage[] =
-    "Usage: keldo-x [--search | --connect COM[:ADDRESS]]\n"
+    "Usage: keldo-x [--search | --connect COM[:ADDRESS]] [--simulator]\n"
     "Control program for Keldo-X tunable filters and addressable Tovin-R units.\n"
     "\n"
     "  --search                  search all ports for units, connect the first one\n"
     "  --connect COM[:ADDRESS]   connect the unit on this port: COM5, or COM5:3 for the unit with\n"
     "                            address 3 (1 to 8) on a shared line\n"
+    "  --simulator               offer simulated units, for trying without hardware, on free COM\n"
+    "                            numbers from 3 up; keldo-x-sim serves them\n"
     "  -h, --help                show this text\n"
     "  -v, --version             show the version\n";
 
@@ -86,9 +88,10 @@ StartOptions startOptions(const QStringList &arguments)
     QCommandLineParser parser;
     const QCommandLineOption search(QStringLiteral("search"));
     const QCommandLineOption connect(QStringLiteral("connect"), {}, QStringLiteral("place"));
+    const QCommandLineOption simulator(QStringLiteral("simulator"));
     const QCommandLineOption help(QStringList{QStringLiteral("h"), QStringLiteral("help")});
     const QCommandLineOption version(QStringList{QStringLiteral("v"), QStringLiteral("version")});
-    parser.addOptions({search, connect, help, version});
+    parser.addOptions({search, connect, simulator, help, version});
     // The parser takes the first word for the program's name.
     if (!parser.parse(QStringList{QStringLiteral("keldo-x")} + arguments))
         return wrongUse(parser.errorText());
@@ -101,11 +104,12 @@ StartOptions startOptions(const QStringList &arguments)
             QStringLiteral("unexpected \"%1\"").arg(parser.positionalArguments().first()));
     if (parser.isSet(search) && parser.isSet(connect))
         return wrongUse(QStringLiteral("--search and --connect exclude each other"));
-    if (parser.isSet(connect))
-        return connectTo(parser.value(connect));
     StartOptions options;
-    if (parser.isSet(search))
+    if (parser.isSet(connect))
+        options = connectTo(parser.value(connect));
+    else if (parser.isSet(search))
         options.action = StartOptions::Action::Search;
+    options.simulator = parser.isSet(simulator);
     return options;
 }
 

@@ -19,6 +19,7 @@ struct StartOptions
     Action action = Action::None;
     std::int16_t port = 0;
     std::int16_t address = 0;
+    bool simulator = false; // simulated units beside the real ports
     QString text = {};
     int exitCode = 0; // 2 for wrong use
 };

@@ -2,12 +2,11 @@
 #include "platform/CommControl.h"
 
 #include "platform/EventQueue.h"
-#include "platform/PortDirectory.h"
 #include "platform/PortRefusal.h"
+#include "platform/ProcessLine.h"
 #include "platform/RunTimeError.h"
 #include "platform/TestHooks.h"
 
-#include <QFileInfo>
 #include <QHash>
 #include <QPointer>
 
@@ -20,10 +19,29 @@ constexpr qint64 outputQueueLimit = 4096;
 
 } // namespace
 
-CommControl::CommControl(QObject *parent) : QObject(parent), m_line(SerialLine::make())
+CommControl::CommControl(QObject *parent) : QObject(parent)
 {
+    carryBy(SerialLine::make());
+}
+
+void CommControl::carryBy(std::unique_ptr<SerialLine> line)
+{
+    if (m_line) {
+        m_line->disconnect(this);
+        m_line.release()->deleteLater(); // it may be telling something just now
+    }
+    m_line = std::move(line);
     connect(m_line.get(), &SerialLine::Arrived, this, &CommControl::takeReceived);
     connect(m_line.get(), &SerialLine::Gone, this, &CommControl::onGone);
+}
+
+// A closed port may be opened with another number, whose device is of another kind.
+void CommControl::carryFor(const PortDirectory::Device &device)
+{
+    if (device.process == m_behind)
+        return;
+    carryBy(device.process ? std::make_unique<ProcessLine>(device.process) : SerialLine::make());
+    m_behind = device.process;
 }
 
 void CommControl::setCommPort(int number)
@@ -132,17 +150,13 @@ void CommControl::setPortOpen(bool open)
 void CommControl::openPort()
 {
     const auto device = PortDirectory::instance().find(m_commPort);
-    // Opening a missing device would cost milliseconds for its lock file.
-#ifdef Q_OS_WIN
-    const bool isThere = true;
-#else
-    const bool isThere = device && QFileInfo::exists(device->location);
-#endif
     if (EventQueue::ending() || !device)
         throw RunTimeError(ErrorNumber::InvalidPortNumber);
-    if (!isThere)
+    // Opening a missing device would cost milliseconds for its lock file.
+    if (!PortDirectory::instance().isPresent(m_commPort))
         throw portRefusal(device->location, QSerialPort::DeviceNotFoundError, {});
 
+    carryFor(*device);
     m_line->open(device->location, m_lineSettings);
     m_deviceName = device->location; // QSerialPort cuts the folder off
     m_line->setDataTerminalReady(m_dtr);

@@ -2,6 +2,7 @@
 // port open, thresholds, input, output, comm event, error numbers 8000 to 8021).
 #pragma once
 
+#include "platform/PortDirectory.h"
 #include "platform/SerialLine.h"
 
 class CommControl : public QObject
@@ -75,6 +76,8 @@ signals:
 
 private:
     void openPort();
+    void carryBy(std::unique_ptr<SerialLine> line);
+    void carryFor(const PortDirectory::Device &device);
     void takeReceived();
     void scheduleCommEvent();
     void raiseCommEvent();
@@ -82,6 +85,7 @@ private:
     qsizetype unitLength() const;
 
     std::unique_ptr<SerialLine> m_line;
+    std::shared_ptr<PortProcess> m_behind; // at the end of the line; none at a system's device
     SerialLine::Settings m_lineSettings;
     QString m_deviceName;
     QString m_settings = QStringLiteral("9600,N,8,1");

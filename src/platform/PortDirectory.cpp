@@ -13,6 +13,9 @@
 
 namespace {
 
+// Lower numbers are left to the computer's own ports, which may be plugged in later.
+constexpr int firstServed = 3;
+
 // An adapter with a serial number is known again in another socket, and a different one in its
 // socket is told apart from it.
 QString identityOf(const QSerialPortInfo &info)
@@ -25,6 +28,11 @@ QString identityOf(const QSerialPortInfo &info)
         .arg(info.serialNumber());
 }
 
+QString keyOf(const PortDirectory::Device &port)
+{
+    return port.identity + QLatin1Char('@') + port.location;
+}
+
 #ifndef Q_OS_WIN
 // "ttyUSB10" comes after "ttyUSB2". QCollator cannot be asked: it does so in some languages only.
 std::tuple<QString, qulonglong, QString> naturalKey(const QString &name)
@@ -34,12 +42,17 @@ std::tuple<QString, qulonglong, QString> naturalKey(const QString &name)
         --digits;
     return {name.left(digits), name.mid(digits).toULongLong(), name};
 }
-
-QString keyOf(const PortDirectory::Device &port)
-{
-    return port.identity + QLatin1Char('@') + port.location;
-}
 #endif
+
+// Whether the device is there now, as far as can be told without opening it.
+bool isThere([[maybe_unused]] const PortDirectory::Device &device)
+{
+#ifdef Q_OS_WIN
+    return true;
+#else
+    return device.process || QFileInfo::exists(device.location);
+#endif
+}
 
 QList<PortDirectory::Device> systemPorts()
 {
@@ -84,6 +97,7 @@ void PortDirectory::refresh()
     m_numbered.clear();
     readLinks();
     numberListedPorts();
+    numberServedPorts();
 }
 
 void PortDirectory::readLinks()
@@ -132,6 +146,25 @@ void PortDirectory::numberListedPorts()
 #endif
 }
 
+void PortDirectory::serve(const QList<Device> &ports)
+{
+    m_served = ports;
+    refresh();
+}
+
+// On Windows, where COM n is COM n, a served port that may be in use is not pushed away by a device
+// of its number that is plugged in.
+void PortDirectory::numberServedPorts()
+{
+    for (const Device &port : std::as_const(m_served)) {
+        int number = m_numberOf.value(keyOf(port));
+        if (number == 0 || m_linked.contains(number))
+            number = freeNumber(firstServed);
+        m_numberOf.insert(keyOf(port), number);
+        m_numbered.insert(number, port);
+    }
+}
+
 bool PortDirectory::isLinked(const Device &port) const
 {
     const QString device = QFileInfo(port.location).canonicalFilePath(); // empty: not there
@@ -153,11 +186,11 @@ int PortDirectory::newNumberFor(const Device &port) const
     return freeNumber();
 }
 
-int PortDirectory::freeNumber() const
+int PortDirectory::freeNumber(int first) const
 {
-    int number = 1;
+    int number = first;
     const auto taken = m_numberOf.values();
-    while (m_linked.contains(number) || taken.contains(number))
+    while (m_linked.contains(number) || m_numbered.contains(number) || taken.contains(number))
         ++number;
     return number;
 }
@@ -202,11 +235,7 @@ int PortDirectory::numberOf(const QString &location)
 bool PortDirectory::isPresent(int number)
 {
     const auto device = find(number);
-#ifdef Q_OS_WIN
-    return device.has_value();
-#else
-    return device && QFileInfo::exists(device->location);
-#endif
+    return device && isThere(*device);
 }
 
 bool PortDirectory::isUsable(int number)
@@ -216,8 +245,9 @@ bool PortDirectory::isUsable(int number)
 #ifdef Q_OS_WIN
     return true;
 #else
-    const QFileInfo device(find(number)->location);
-    return device.isReadable() && device.isWritable();
+    const auto device = find(number);
+    const QFileInfo file(device->location);
+    return device->process || (file.isReadable() && file.isWritable());
 #endif
 }
 

@@ -20,6 +20,7 @@ private slots:
     void wrongUseIsToldWithExitCode2();
     void helpAndVersionArePrinted();
     void withoutOptionsNothingIsAskedFor();
+    void simulatedUnitsGoWithAnyStart();
     void theSearchBeginsWhenTheGuardComesUp();
     void theConnectionProbesItsAddressAlone();
     void theProgramItselfAnswersWithoutADisplay_data();
@@ -81,7 +82,8 @@ void TestStartOptions::helpAndVersionArePrinted()
         const StartOptions help = startOptions({QString::fromLatin1(word)});
         QCOMPARE(help.action, Action::Print);
         QCOMPARE(help.exitCode, 0);
-        for (const char *option : {"--search", "--connect COM[:ADDRESS]", "--help", "--version"})
+        for (const char *option :
+             {"--search", "--connect COM[:ADDRESS]", "--simulator", "--help", "--version"})
             QVERIFY2(help.text.contains(QString::fromLatin1(option)), option);
     }
     const StartOptions version = startOptions({QStringLiteral("--version")});
@@ -93,6 +95,25 @@ void TestStartOptions::withoutOptionsNothingIsAskedFor()
 {
     QCOMPARE(startOptions({}).action, Action::None);
     QCOMPARE(startOptions({QStringLiteral("--search")}).action, Action::Search);
+    QVERIFY(!startOptions({QStringLiteral("--search")}).simulator);
+}
+
+void TestStartOptions::simulatedUnitsGoWithAnyStart()
+{
+    const QString simulator = QStringLiteral("--simulator");
+    const StartOptions alone = startOptions({simulator});
+    QCOMPARE(alone.action, Action::None);
+    QVERIFY(alone.simulator);
+    const StartOptions search = startOptions({simulator, QStringLiteral("--search")});
+    QCOMPARE(search.action, Action::Search);
+    QVERIFY(search.simulator);
+    const StartOptions connect =
+        startOptions({QStringLiteral("--connect"), QStringLiteral("COM5:3"), simulator});
+    QCOMPARE(connect.action, Action::Connect);
+    QCOMPARE(int(connect.port), 5);
+    QVERIFY(connect.simulator);
+    QCOMPARE(startOptions({simulator, QStringLiteral("--connect"), QStringLiteral("x")}).exitCode,
+             2);
 }
 
 void TestStartOptions::theSearchBeginsWhenTheGuardComesUp()
