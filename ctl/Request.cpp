@@ -107,7 +107,7 @@ private:
 
 Parser::Parser(const QStringList &arguments)
 {
-    for (const char *flag : {"json", "verbose"})
+    for (const char *flag : {"json", "verbose", "simulator"})
         m_parser.addOption(QCommandLineOption(QString::fromLatin1(flag)));
     m_parser.addOption(
         QCommandLineOption(QStringList{QStringLiteral("h"), QStringLiteral("help")}));
@@ -176,6 +176,7 @@ void Parser::readOptions(Request &request) const
 {
     request.json = has("json");
     request.verbose = has("verbose");
+    request.simulator = has("simulator");
     if (has("timeout"))
         request.timeout = milliseconds(QStringLiteral("timeout"));
     if (has("interval"))

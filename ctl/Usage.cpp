@@ -36,6 +36,7 @@ static const char text[] =
     "  --timeout SECONDS        wait so long for a reply (10)\n"
     "  --json                   results as JSON, one object or list a line\n"
     "  --verbose                show both sides of the wire on standard error\n"
+    "  --simulator              offer simulated units, new ones with each start\n"
     "  --interval SECONDS       watch: between two lines (1)\n"
     "                           follow: between two questions to the receiver (0.5)\n"
     "  --count N                watch: end after so many lines\n"

@@ -5,6 +5,7 @@
 #include "platform/Application.h"
 #include "platform/EndRequests.h"
 #include "platform/EventQueue.h"
+#include "platform/ServedPorts.h"
 
 #include <QCoreApplication>
 #include <QHash>
@@ -37,6 +38,12 @@ static Exit run(const QStringList &arguments)
     const EndRequests endRequests;
     QObject::connect(&endRequests, &EndRequests::Requested, QCoreApplication::instance(),
                      [] { EventQueue::endProgram(); });
+    ServedPorts simulated;
+    if (request.simulator)
+        if (const QString failure =
+                simulated.add(QStringLiteral("keldo-x-sim"), QStringLiteral("simulated line"));
+            !failure.isEmpty())
+            throw Failure(Exit::NoPort, failure);
     return commands.value(request.command)(request);
 }
 

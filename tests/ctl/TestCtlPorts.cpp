@@ -27,6 +27,7 @@ private slots:
     void aSearchOfAPortThatIsHeld();
     void anAddressedUnitIsTuned();
     void theSearchShowsTheWire();
+    void simulatedUnitsAreThereForTheAsking();
 
 private:
     // Held as another program would hold it.
@@ -276,6 +277,25 @@ void TestCtlPorts::theSearchShowsTheWire()
     const Outcome outcome = CtlBench::run("search --port COM7 --verbose");
     QCOMPARE(outcome.code, 0);
     QCOMPARE(outcome.err, QStringLiteral("COM7 > *ID?\nCOM7 < KELDO-X\n"));
+}
+
+void TestCtlPorts::simulatedUnitsAreThereForTheAsking()
+{
+    const CtlBench bench;
+    const QStringList ports =
+        CtlBench::run("ports --simulator").lines().filter(QStringLiteral("simulated line"));
+    QCOMPARE(ports.size(), 3);
+    const QString shared = ports.at(2).section(QLatin1Char(' '), 0, 0);
+    QCOMPARE(ports.at(2), shared + QStringLiteral("  simulated line 3, TOVIN-R firmware 3.38 "
+                                                  "addresses 2 5"));
+    const Outcome found = CtlBench::run({QStringLiteral("search"), QStringLiteral("--simulator"),
+                                         QStringLiteral("--port"), shared});
+    QVERIFY2(found.out.startsWith(shared + QStringLiteral(" address 2  ")), qPrintable(found.out));
+    QCOMPARE(found.lines().size(), 2);
+    const QStringList words = CtlBench::words("--simulator set frequency 146.5 --port") +
+                              QStringList{shared + QStringLiteral(":5")};
+    CTL_COMPARE(CtlBench::run(words), 0, "frequency 146.5 MHz\n");
+    QVERIFY(CtlBench::run("ports").lines().filter(QStringLiteral("simulated")).isEmpty());
 }
 
 KELDOX_TEST(TestCtlPorts)

@@ -7,6 +7,7 @@
 #include "platform/PortDirectory.h"
 #include "platform/PortProcess.h"
 #include "platform/RunTimeError.h"
+#include "sim/SimulatedLine.h"
 
 class TestProcessLine : public QObject
 {
@@ -250,9 +251,15 @@ void TestProcessLine::aPortOfTheSystemMayFollowOnTheSameControl()
     m_control->output(QStringLiteral("*ID?\r"));
     QCOMPARE(answer(), QStringLiteral("KELDO-X\r"));
     m_control->setPortOpen(false);
-    m_fixture->plug(7, QStringLiteral("/no/such/device"));
+    sim::SimulatedLine line;
+    line.setResponder([](const std::string &) { return "another unit"; });
+    m_fixture->plug(7, line.device());
+    PortDirectory::instance().refresh();
     m_control->setCommPort(7);
-    QCOMPARE(errorOf([this] { m_control->setPortOpen(true); }), 8002);
+    m_control->setPortOpen(true);
+    m_control->output(QStringLiteral("*ID?\r"));
+    QCOMPARE(answer(), QStringLiteral("another unit\r"));
+    m_control->setPortOpen(false);
     m_control->setCommPort(number);
     m_control->setPortOpen(true);
     m_control->output(QStringLiteral("*ID?\r"));
