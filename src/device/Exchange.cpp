@@ -53,6 +53,7 @@ Reply Exchange::send(const QString &command)
     Reply reply;
     bool isOpen = m_connection != SerialPort;
     bool silent = false;
+    bool timedOut = true;
     resumeNext(
         "clsKeldoX.deviceWrite", [this] { emit m_events.AboutToExchange(); },
         [&] {
@@ -67,9 +68,9 @@ Reply Exchange::send(const QString &command)
             }
             logEvent(logName(), QStringLiteral(" sending ") + command +
                                     QStringLiteral(" to com port %1").arg(port->PortNumber()));
-            reply.complete = port->WriteAndWaitForCr(command + QLatin1Char('\r'));
+            timedOut = !port->WriteAndWaitForCr(command + QLatin1Char('\r'));
             reply.text = port->Buffer();
-            silent = !reply.complete && reply.text.isEmpty();
+            silent = timedOut && reply.text.isEmpty();
             port->ClearBuffer();
         });
     if (!isOpen)
@@ -77,8 +78,10 @@ Reply Exchange::send(const QString &command)
     while (reply.text.endsWith(QLatin1Char(' ')) || reply.text.endsWith(QLatin1Char('\n')) ||
            reply.text.endsWith(QLatin1Char('\r')))
         reply.text.chop(1);
+    // Of several lines nobody knows which one is the answer.
+    reply.complete = !timedOut && !reply.text.contains(QLatin1Char('\r'));
     m_lastReply = reply.text;
-    if (reply.complete)
+    if (!timedOut)
         logEvent(logName(), QStringLiteral(" received ") + reply.text);
     else
         logEvent(QStringLiteral("Keldo-X"), QStringLiteral(" timed out ") + reply.text);

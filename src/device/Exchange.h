@@ -29,7 +29,7 @@
 struct Reply
 {
     QString text;
-    bool complete = false; // the wait ended on the carriage return
+    bool complete = false; // one line, ended by its carriage return
 
     // What may be judged: half a reply may look like another whole one.
     QString whole() const { return complete ? text : QString(); }

@@ -5,6 +5,8 @@
 #include "platform/SerialLine.h"
 #include "platform/TestHooks.h"
 
+#include <QTimer>
+
 // What all lines of a test share: who answers, and what was sent.
 struct MemoryUnit
 {
@@ -12,6 +14,9 @@ struct MemoryUnit
     // pieces. No piece is silence.
     std::function<QList<QByteArray>(const QByteArray &command)> answer;
     int commands = 0;
+    // The next piece waits until the event loop has come round, as on a line that keeps pouring.
+    bool pours = false;
+    int poured = 0; // pieces
 };
 
 class MemoryLine : public SerialLine
@@ -70,6 +75,10 @@ private:
     // Each piece in a turn of the event loop of its own.
     void deliver(const QList<QByteArray> &pieces)
     {
+        if (m_unit->pours) {
+            pour(pieces, 0);
+            return;
+        }
         for (const QByteArray &piece : pieces)
             QMetaObject::invokeMethod(
                 this,
@@ -80,6 +89,20 @@ private:
                     emit Arrived();
                 },
                 Qt::QueuedConnection);
+    }
+
+    void pour(const QList<QByteArray> &pieces, qsizetype next)
+    {
+        if (next == pieces.size())
+            return;
+        QTimer::singleShot(0, this, [this, pieces, next, opening = m_opening] {
+            if (!m_open || opening != m_opening)
+                return;
+            ++m_unit->poured;
+            m_arrived.append(pieces.at(next));
+            pour(pieces, next + 1);
+            emit Arrived();
+        });
     }
 
     std::shared_ptr<MemoryUnit> m_unit;

@@ -1,0 +1,145 @@
+// A unit that does not answer, answers late, or had to wait for a sleeping computer.
+#include "FaultBench.h"
+
+#include <QThread>
+
+using namespace faults;
+
+namespace {
+
+const auto noStepReply =
+    QStringLiteral("The device did not respond correctly to a 'current step' command.");
+
+QString stepMark()
+{
+    return description(mainName, "txtCurrentFreq");
+}
+
+} // namespace
+
+class TestSilence : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void silent();
+    void silentAfterItsName();
+    void lateBeforeTheNextCommand();
+    void lateDuringTheNextCommand();
+    void theComputerSleepsInMidCommand();
+};
+
+void TestSilence::silent()
+{
+    FaultBench bench;
+    auto &line = bench.plug(5);
+    line.setFault(sim::Fault::Silence);
+    TestHooks::shortenTimers(60);
+    bench.boxes().expectStart(QStringLiteral("Check data and power connections"));
+    search();
+    seesNotConnected();
+    QVERIFY(bench.boxes().shown().first().informative.contains(QStringLiteral("Tovin-R")));
+    QCOMPARE(sent(line), QStringList{QStringLiteral("*ID?")}); // asked once
+    // It is found as soon as it answers.
+    line.setFault(sim::Fault::None);
+    search();
+    seesConnected(5);
+    QCOMPARE(frequency(), QStringLiteral("100"));
+}
+
+void TestSilence::silentAfterItsName()
+{
+    FaultBench bench;
+    auto &line = bench.plug(5);
+    search();
+    line.clearCommands();
+    line.setResponder([](const std::string &command) {
+        return command == "*ID?" ? std::optional<std::string>("KELDO-X") : std::nullopt;
+    });
+    TestHooks::shortenTimers(60);
+    bench.boxes().expect(QStringLiteral("The unit on COM5 has stopped answering. Check its power "
+                                        "and data connections, then connect it again."));
+    choose(1);
+    seesNotConnected();
+    QCOMPARE(bench.boxes().shown().size(), 1);
+    // Two questions that nobody answered, not dozens.
+    QCOMPARE(sent(line).first(), QStringLiteral("*ID?"));
+    QCOMPARE(sent(line).size(), 3);
+}
+
+// The answer comes before the operator does anything else.
+void TestSilence::lateBeforeTheNextCommand()
+{
+    FaultBench bench;
+    const auto unit = std::make_shared<sim::SimulatedUnit>();
+    auto &line = bench.plug(5, unit);
+    search();
+    line.setLateBy(std::chrono::milliseconds(150));
+    line.setFault(sim::Fault::LateReply, "*STEP ", 1);
+    TestHooks::shortenTimers(60);
+    bench.boxes().expect(noStepReply);
+    tune(QStringLiteral("130"));
+    QCOMPARE(frequency(), QStringLiteral("100")); // what was last known, and marked so
+    QCOMPARE(stepMark(), QStringLiteral("unconfirmed"));
+    QTest::qWait(200); // the late LOCKED has come
+    QCOMPARE(frequency(), QStringLiteral("100"));
+    QCOMPARE(stepMark(), QStringLiteral("unconfirmed"));
+    line.clearCommands();
+    readAgain();
+    QCOMPARE(sent(line).first(), QStringLiteral("*STEP?"));
+    QCOMPARE(unit->step(), 1200);
+    QCOMPARE(frequency(), QStringLiteral("130"));
+    QCOMPARE(stepMark(), QString());
+    seesConnected(5);
+}
+
+// The next command waits for the line to be quiet, and the late answer is not taken for its own.
+void TestSilence::lateDuringTheNextCommand()
+{
+    FaultBench bench;
+    const auto unit = std::make_shared<sim::SimulatedUnit>();
+    auto &line = bench.plug(5, unit);
+    search();
+    tune(QStringLiteral("110"));
+    line.setLateBy(std::chrono::milliseconds(150));
+    line.setFault(sim::Fault::LateReply, "*STEP ", 1);
+    TestHooks::shortenTimers(120);
+    bench.boxes().expect(noStepReply);
+    tune(QStringLiteral("130"));
+    // Out of range: what is refused by the unit must not be confirmed by the answer before.
+    unit->change([](sim::UnitSettings &settings) { settings.maxStep = 1300; });
+    bench.boxes().expect(noStepReply);
+    tune(QStringLiteral("150"));
+    QCOMPARE(unit->step(), 1200);
+    QCOMPARE(stepMark(), QStringLiteral("unconfirmed"));
+    QCOMPARE(control<QScrollBar>(mainName, "HScroll1")->value(), 400);
+    QCOMPARE(box(channelsName, "txtChanFreq_1")->text(), QStringLiteral("110"));
+    readAgain();
+    QCOMPARE(frequency(), QStringLiteral("130"));
+    QCOMPARE(box(channelsName, "txtChanFreq_1")->text(), QStringLiteral("130"));
+    seesConnected(5);
+}
+
+// The answer came while nobody was there to take it, and so did the deadline.
+void TestSilence::theComputerSleepsInMidCommand()
+{
+    FaultBench bench;
+    const auto unit = std::make_shared<sim::SimulatedUnit>();
+    auto &line = bench.plug(5, unit);
+    search();
+    line.setLateBy(std::chrono::milliseconds(100));
+    line.setFault(sim::Fault::LateReply, "*STEP ", 1);
+    TestHooks::shortenTimers(60);
+    line.clearCommands();
+    QTimer::singleShot(10, this, [] { QThread::msleep(300); });
+    tune(QStringLiteral("130")); // and no box follows
+    QCOMPARE(sent(line), QStringList{QStringLiteral("*STEP 1200")});
+    QCOMPARE(unit->step(), 1200);
+    QCOMPARE(frequency(), QStringLiteral("130"));
+    QCOMPARE(stepMark(), QString());
+    QCOMPARE(panel(mainName, 2), QStringLiteral("OK"));
+    seesConnected(5);
+}
+
+KELDOX_TEST(TestSilence)
+#include "TestSilence.moc"
