@@ -75,6 +75,8 @@ QString ServedPorts::add(const QString &program, const QString &name)
                               "with this program: install it, or start without %2s.")
             .arg(program, name);
     const auto devices = devicesIn(listingOf(path), path, name);
+    if (EventQueue::ending())
+        return {};
     if (devices.isEmpty())
         return QStringLiteral("The program %1 does not tell its %2s.").arg(path, name);
     PortDirectory::instance().serve(devices);

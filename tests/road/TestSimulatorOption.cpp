@@ -20,6 +20,7 @@ private slots:
     void aSharedLineIsThereToo();
     void itEndsItsUnits_data();
     void itEndsItsUnits();
+    void itEndsWhileItWaitsForTheList();
     void withoutTheSimulatorItSaysSo();
 
 private:
@@ -149,6 +150,23 @@ void TestSimulatorOption::itEndsItsUnits()
     QTRY_COMPARE_WITH_TIMEOUT(serving(), QStringList(), 5000);
     const QByteArray told = m_program->readAllStandardError();
     QVERIFY2(!told.contains("QProcess"), told.constData());
+}
+
+void TestSimulatorOption::itEndsWhileItWaitsForTheList()
+{
+    QFile script(m_folder->filePath(QStringLiteral("keldo-x-sim")));
+    QVERIFY(script.open(QIODevice::WriteOnly));
+    script.write("#!/bin/sh\necho asked >&2\nexec sleep 60\n");
+    script.setPermissions(script.permissions() | QFile::ExeUser);
+    script.close();
+    start({});
+    QByteArray told;
+    QTRY_VERIFY_WITH_TIMEOUT((told += m_program->readAllStandardError(), told.contains("asked")),
+                             20000);
+    m_program->terminate();
+    QVERIFY(m_program->waitForFinished(10000));
+    QCOMPARE(m_program->exitCode(), 0);
+    QVERIFY(!m_program->readAllStandardError().contains("keldo-x:"));
 }
 
 void TestSimulatorOption::withoutTheSimulatorItSaysSo()
