@@ -101,6 +101,7 @@ void Exchange::beginReadingIn()
 // row ends it.
 void Exchange::noteSilence(bool silent)
 {
+    m_fellSilent = silent;
     m_silences += silent ? 1 : 0;
     if (!m_setup.readingIn)
         return;

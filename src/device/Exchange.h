@@ -84,12 +84,8 @@ public:
     bool displaysErrors() const { return m_displayErrors; }
     std::int32_t lastStatus() const { return m_lastStatus; }
     QString lastReply() const { return m_lastReply; }
-    // The last command got not one byte.
-    bool fellSilent() const
-    {
-        return m_lastStatus == UnitEvents::BadReply && m_lastReply.isEmpty();
-    }
-    // Commands so far that got not one byte.
+    // The last command got not one byte. Who asks several counts whether any of them did.
+    bool fellSilent() const { return m_fellSilent; }
     int silences() const { return m_silences; }
     Setup &setup() { return m_setup; }
     const Setup &setup() const { return m_setup; }
@@ -163,6 +159,7 @@ private:
     bool m_displayErrors = true;
     std::int32_t m_lastStatus = UnitEvents::Good;
     QString m_lastReply;
+    bool m_fellSilent = false;
     int m_silences = 0;
     QString m_deferred; // the complaint of a first silence: a second one makes it another
     QMap<UnitValue, bool> m_unconfirmed; // whether a late answer may still come

@@ -44,6 +44,8 @@ public:
     bool DeviceFound() const { return setup().deviceFound; }
     void setDeviceFound(bool found) { setup().deviceFound = found; }
     bool isInitialized() const { return setup().initialized; }
+    // The last connection was broken off before it was made.
+    bool wasCancelled() const { return setup().cancelled; }
     QString DebugInfo() const { return m_debugInfo; }
     void setDebugInfo(const QString &text) { m_debugInfo = text; }
 

@@ -142,9 +142,22 @@ void TestFailedReadings::silencesAreCounted()
     const int before = f.unit->silences();
     f.unit->AGC();
     QCOMPARE(f.unit->silences(), before);
+    QVERIFY(!f.unit->fellSilent());
     f.line.setFault(sim::Fault::Silence, {}, 1);
     f.unit->AGC();
     QCOMPARE(f.unit->silences(), before + 1);
+    QVERIFY(f.unit->fellSilent());
+    f.unit->AGC();
+    QVERIFY(!f.unit->fellSilent());
+    // A bad reply that came is none, and a silence is one where it is no error.
+    f.reply("*AGC_?", "");
+    f.unit->AGC();
+    QCOMPARE(f.unit->lastStatus(), std::int32_t(clsKeldoX::BadReply));
+    QVERIFY(!f.unit->fellSilent());
+    f.line.setFault(sim::Fault::Silence, {}, 1);
+    QCOMPARE(f.unit->attenStep(), 0.0);
+    QVERIFY(f.unit->fellSilent());
+    QCOMPARE(f.unit->silences(), before + 2);
 }
 
 KELDOX_TEST(TestFailedReadings)
