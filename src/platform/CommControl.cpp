@@ -133,6 +133,17 @@ void TestHooks::failOpening(int errorNumber)
     openFault() = errorNumber;
 }
 
+static int &eventLimitInUse()
+{
+    static int bytes = CommControl::eventLimit;
+    return bytes;
+}
+
+void TestHooks::limitCommEvents(int bytes)
+{
+    eventLimitInUse() = bytes > 0 ? bytes : CommControl::eventLimit;
+}
+
 void CommControl::setPortOpen(bool open)
 {
     if (open && portOpen())
@@ -225,7 +236,7 @@ void CommControl::raiseCommEvent()
     m_eventScheduled = false;
     if (m_received.isEmpty() || m_eventBudget >= 0)
         return;
-    m_eventBudget = m_eventLimit;
+    m_eventBudget = eventLimitInUse();
     m_commEvent = ReceiveEvent;
     const QPointer<CommControl> stillThere(this); // a handler may drop the whole port
     emit OnComm();

@@ -60,8 +60,7 @@ public:
     int commEvent() const { return m_commEvent; }
 
     // Most bytes handed to one comm event.
-    static constexpr int defaultEventLimit = 97;
-    void setEventLimit(int bytes) { m_eventLimit = bytes; }
+    static constexpr int eventLimit = 97;
 
     // What the operator knows the opened port by: "/dev/ttyUSB0".
     QString deviceName() const { return m_deviceName; }
@@ -95,7 +94,6 @@ private:
     int m_inputLen = 0;
     int m_inBufferSize = 1024;
     int m_commEvent = NoEvent;
-    int m_eventLimit = defaultEventLimit;
     int m_eventBudget = -1; // bytes left to the running comm event; -1 outside of one
     bool m_dtr = true;
     bool m_rts = true;

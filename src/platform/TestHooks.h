@@ -33,6 +33,9 @@ void carryLines(SerialLine::Maker maker);
 // Every opening of a port raises this error; 0 opens as usual.
 void failOpening(int errorNumber);
 
+// Most bytes that a port hands to one comm event; 0 is the program's own number.
+void limitCommEvents(int bytes);
+
 // No timer of the program runs longer than this, so that a silent line costs a test no seconds; 0
 // lets each run as it was set.
 void shortenTimers(int longestMs);

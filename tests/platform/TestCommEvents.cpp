@@ -13,7 +13,6 @@ private slots:
     void receivedBytesRaiseAReceiveEvent();
     void anEventWaitsForItsThreshold();
     void oneEventHandsOverAtMostNinetySevenBytes();
-    void theLimitCanBeMoved();
     void bytesThatComeDuringAnEventRaiseTheNextOne();
     void aHandlerMayCloseThePort();
     void aHandlerMayDropTheControl();
@@ -103,18 +102,6 @@ void TestCommEvents::oneEventHandsOverAtMostNinetySevenBytes()
     QTRY_COMPARE_WITH_TIMEOUT(text, QString::fromLatin1(reply), 2000);
     QVERIFY(received);
     QCOMPARE(sizes, (QList<int>{97, 97, 97, 9}));
-}
-
-void TestCommEvents::theLimitCanBeMoved()
-{
-    control->setEventLimit(200);
-    int handed = 0;
-    connect(control.get(), &CommControl::OnComm, this, [&] {
-        handed = control->inBufferCount();
-        control->discardInput();
-    });
-    end->send(QByteArray(150, 'x'));
-    QTRY_COMPARE_WITH_TIMEOUT(handed, 150, 2000);
 }
 
 void TestCommEvents::bytesThatComeDuringAnEventRaiseTheNextOne()

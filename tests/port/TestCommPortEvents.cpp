@@ -4,6 +4,7 @@
 
 #include "core/DebugSwitches.h"
 #include "core/EventLog.h"
+#include "platform/TestHooks.h"
 
 class TestCommPortEvents : public QObject
 {
@@ -66,7 +67,7 @@ void TestCommPortEvents::receivedBytesGoToTheBufferAndAreTold()
 void TestCommPortEvents::ninetySevenBytesStillFit()
 {
     openInEventMode();
-    on->control().setEventLimit(1000);
+    TestHooks::limitCommEvents(1000);
     for (int event = 0; event < 3; ++event) { // the count starts anew with each
         on->line.send(std::string(97, 'x'));
         QTRY_COMPARE_WITH_TIMEOUT(on->port->Buffer().size(), 97 * (event + 1), 2000);
@@ -94,7 +95,7 @@ void TestCommPortEvents::moreThanNinetySevenBytesInOneEventAreAnError()
                                        " from KELDO-X Control Program\r\n"
                                        " in clsCommPort.DoOnComm\r\n");
     openInEventMode();
-    on->control().setEventLimit(98);
+    TestHooks::limitCommEvents(98);
     on->control().setRThreshold(98); // so that one event has them all
     on->fixture.boxes.expect(box, 48);
     on->line.send(std::string(98, 'x'));

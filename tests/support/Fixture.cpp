@@ -96,6 +96,7 @@ Fixture::Fixture()
     TestHooks::takeBackEnding();
     TestHooks::carryLines({});
     TestHooks::failOpening(0);
+    TestHooks::limitCommEvents(0);
     TestHooks::shortenTimers(0);
     TestHooks::settleWithin(0);
     resetAppState();
