@@ -49,7 +49,8 @@ static void showNotConnected(const std::shared_ptr<clsKeldoX> &device)
                             MessageBox::Exclamation);
         },
         // The frequency of the unit before must not stand under this channel's name.
-        [&] { mainWindow->showNotConnected(); }, [&] { mainWindow->showCommunicationFailure(); },
+        [&] { mainWindow->showNotConnected(); },
+        [&] { mainWindow->showCommunicationFailure(device && device->wasCancelled()); },
         [&] { mainWindow->setStatusPanel(MainPanel::connection, Words::notConnected); },
         [&] { channelsWindow->showNotConnected(); });
 }

@@ -36,8 +36,8 @@ public:
     virtual void resetForSearch() = 0;
     // After a search: the controls follow what is connected now.
     virtual void bringUpToDate() = 0;
-    // The communication light turns red.
-    virtual void showCommunicationFailure() = 0;
+    // The communication light turns red: no unit answers, or the operator did not wait for one.
+    virtual void showCommunicationFailure(bool cancelled) = 0;
     // No unit is connected (any more): frequency displays empty, unit controls disabled.
     virtual void showNotConnected() = 0;
     // Of the unit that is shown, as it was read; nothing: not known.

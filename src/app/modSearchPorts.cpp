@@ -121,7 +121,7 @@ void reportNothingFound(const PortSearch &search)
     // The operator who broke it off knows that nothing was found.
     const bool cancelled = search.outcome() == PortSearch::Outcome::Cancelled;
     resumeNext(
-        searchSource, [&] { state.mainWindow->showCommunicationFailure(); },
+        searchSource, [&] { state.mainWindow->showCommunicationFailure(cancelled); },
         [&] {
             // A loopback adaptor's line stays; "searching" would no longer be true.
             if (!search.endedAtLoopback())

@@ -44,6 +44,7 @@ void TestConnectFailures::anEmptySlotGetsAUnitThatCannotBeConnected()
     QVERIFY(device);
     QCOMPARE(app().devices[4].get(), device.get());
     QCOMPARE(bench.mainWindow->mDevice.get(), device.get());
+    QCOMPARE(bench.mainWindow->wasCancelled, std::optional(false));
     QCOMPARE(shownPanels(bench), (QStringList{QStringLiteral("main.panel1 CONNECTING..."),
                                               QStringLiteral("main.panel1 NOT CONNECTED")}));
     QCOMPARE(bench.log->lines(), (QStringList{QStringLiteral("Channel4 |connecting... "),

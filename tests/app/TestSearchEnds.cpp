@@ -41,6 +41,7 @@ void TestSearchEnds::withoutAnyUnitEverythingSaysSo()
         [&] { redBeforeBox = bench.calls->contains(QStringLiteral("main.red")); });
     SearchPorts(3, QStringLiteral("5"));
     QVERIFY(redBeforeBox);
+    QCOMPARE(bench.mainWindow->wasCancelled, std::optional(false));
     QCOMPARE(bench.fixture.boxes.shown().first().title, QStringLiteral("KELDO-X Control Program"));
     QCOMPARE(bench.log->lines(),
              QStringList{QStringLiteral("SearchPorts|Could not find any KELDO-X's")});

@@ -120,6 +120,7 @@ void TestSearchTells::afterEscapeNoBoxFollows()
     SearchPorts(1);
     QVERIFY(bench.fixture.boxes.shown().isEmpty());
     QCOMPARE(bench.mainWindow->panels[1], QStringLiteral("NOT CONNECTED"));
+    QCOMPARE(bench.mainWindow->wasCancelled, std::optional(true));
     QVERIFY(bench.logOf(QStringLiteral("SearchPorts"))
                 .contains(QStringLiteral("Could not find any KELDO-X's")));
 }

@@ -40,7 +40,11 @@ public:
     void EnablePresetsIfTheyreValid() override { note("main.enablePresets"); }
     void resetForSearch() override { note("main.resetForSearch"); }
     void bringUpToDate() override { note("main.bringUpToDate"); }
-    void showCommunicationFailure() override { note("main.red"); }
+    void showCommunicationFailure(bool cancelled) override
+    {
+        note("main.red");
+        wasCancelled = cancelled;
+    }
     void showNotConnected() override { note("main.notConnected"); }
     void showInputAttenuation(std::optional<double> decibels) override
     {
@@ -54,6 +58,7 @@ public:
     QMap<int, QString> panels;
     QString caption;
     std::optional<double> inputAttenuation;
+    std::optional<bool> wasCancelled; // when the light last turned red
     std::shared_ptr<clsKeldoX> mDevice;
     int pollingStops = 0;
 

@@ -51,7 +51,7 @@ public:
     void EnablePresetsIfTheyreValid() override;
     void resetForSearch() override;
     void bringUpToDate() override;
-    void showCommunicationFailure() override;
+    void showCommunicationFailure(bool cancelled) override;
     void showNotConnected() override;
     void showInputAttenuation(std::optional<double> decibels) override;
     void showProgressLine(const QString &text) override;

@@ -82,9 +82,10 @@ void frmMain_KeldoX2::mDevice_StatusChange(qint32 status)
         });
 }
 
-void frmMain_KeldoX2::showCommunicationFailure()
+void frmMain_KeldoX2::showCommunicationFailure(bool cancelled)
 {
-    m_ui->ShapeStatusLight->setFillColor(IndicatorLight::red, tr("no unit answers"));
+    m_ui->ShapeStatusLight->setFillColor(
+        IndicatorLight::red, cancelled ? tr("connecting was cancelled") : tr("no unit answers"));
 }
 
 void frmMain_KeldoX2::mDevice_LinkLost()
@@ -92,7 +93,7 @@ void frmMain_KeldoX2::mDevice_LinkLost()
     m_shown.tunable.renew();
     m_shown.reportsAreStale = true;
     resumeNext(
-        "formMain.DUT_LinkLost", [this] { showCommunicationFailure(); },
+        "formMain.DUT_LinkLost", [this] { showCommunicationFailure(false); },
         [this] { setStatusPanel(MainPanel::connection, Words::notConnected); },
         [] {
             if (const auto channels = app().channelsWindow())

@@ -95,6 +95,7 @@ void TestConnectDialogBrokenOff::theReadingIsBrokenOff()
     QVERIFY(!app().search);
     QCOMPARE(slow.timesIdentified(), 2); // by the search and by the connection, and not once more
     QCOMPARE(slow.bench.mainWindow->panels[1], QStringLiteral("NOT CONNECTED"));
+    QCOMPARE(slow.bench.mainWindow->wasCancelled, std::optional(true));
     verifyAtRest(slow.bench);
 }
 

@@ -17,6 +17,7 @@ private slots:
     void enableMostControlsLeavesFramesAndWhatIsInThemAlone();
     void theDelayTimerMarksItselfAndStops();
     void inputAttenuationLightSpeaksTheValue();
+    void theRedLightSaysWhetherItWasCancelled();
     void aControlWithoutAUnitSendsNothingAndFailsNothing();
     void resetForSearchEmptiesAndDisables();
     void closingEndsTheProgramAndClosesTheOtherWindows();
@@ -126,6 +127,18 @@ void TestMainWindowStates::inputAttenuationLightSpeaksTheValue()
     QCOMPARE(light->accessibleDescription(), QStringLiteral("3.5 dB"));
     emit bench.window->device()->InputAttenChange(0);
     QCOMPARE(light->fillColor(), IndicatorLight::buttonFace);
+}
+
+void TestMainWindowStates::theRedLightSaysWhetherItWasCancelled()
+{
+    const MainBench bench;
+    const auto *light = bench.find<IndicatorLight>("ShapeStatusLight");
+    bench.window->showCommunicationFailure(true);
+    QCOMPARE(bench.light(), IndicatorLight::red);
+    QCOMPARE(light->toolTip(), QStringLiteral("connecting was cancelled"));
+    bench.window->showCommunicationFailure(false);
+    QCOMPARE(bench.light(), IndicatorLight::red);
+    QCOMPARE(light->toolTip(), QStringLiteral("no unit answers"));
 }
 
 void TestMainWindowStates::aControlWithoutAUnitSendsNothingAndFailsNothing()
