@@ -147,7 +147,8 @@ void clsCommPort::settle(const Still &opening)
 }
 
 // Whatever the port still holds is a late reply, which must not answer this command. False when
-// the port turns out to have hung up: nobody is there to send to.
+// the port turns out to have hung up: nobody is there to send to. Nor is anything sent once the
+// program is ending: nobody would wait for its reply.
 bool clsCommPort::send(const QString &command, const Still &opening)
 {
     if (m_unsettled)
@@ -155,7 +156,7 @@ bool clsCommPort::send(const QString &command, const Still &opening)
     EventQueue::yield(); // what has arrived is taken over, and shown, before it is thrown away
     if (opening)
         m_control->discardInput();
-    if (!opening)
+    if (!opening || EventQueue::ending())
         return false;
     SendString(command);
     EventQueue::yield();
