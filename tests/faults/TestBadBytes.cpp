@@ -1,5 +1,5 @@
-// Bytes that no unit sends, or not like this: in crumbs, in heaps, stale, echoed, binary, markup,
-// without an end, and one in a hundred another.
+// Bytes that no unit sends, or not like this: in crumbs, in heaps, stale, echoed, binary, markup
+// and one in a hundred another.
 #include "FaultBench.h"
 
 #include "core/TextNumbers.h"
@@ -63,8 +63,6 @@ private slots:
     void twoRepliesAtOnceAreNoNumber();
     void staleBytesAtOpening();
     void echoedBytesAtOpening();
-    void tenMegabytesWithoutAnEnd_data();
-    void tenMegabytesWithoutAnEnd();
     void binary();
     void markup();
     void oneByteInAHundredCorrupted();
@@ -167,52 +165,6 @@ void TestBadBytes::echoedBytesAtOpening()
     bench.plug(5);
     search();
     seesConnected(5);
-}
-
-void TestBadBytes::tenMegabytesWithoutAnEnd_data()
-{
-    QTest::addColumn<bool>("shown");
-    QTest::addRow("monitor shown") << true;
-    QTest::addRow("monitor hidden") << false;
-}
-
-void TestBadBytes::tenMegabytesWithoutAnEnd()
-{
-    QFETCH(const bool, shown);
-    constexpr int pieces = 2560;
-    MemoryBench bench;
-    search();
-    tune(QStringLiteral("145.5"));
-    showMonitor();
-    trigger(monitorName, "mnuDebugSerialBytesReceived");
-    if (!shown)
-        monitor()->close();
-    bench.change = [&](const QByteArray &command, const QByteArray &reply) {
-        bench.line->pours = command.startsWith("*STEP ");
-        return bench.line->pours ? QList<QByteArray>(pieces, QByteArray(4096, 'x'))
-                                 : QList<QByteArray>{reply};
-    };
-    bench.fixture.boxes.expect(noStepReply);
-    {
-        const StallMeter stall(shown ? "ten megabytes, monitor shown"
-                                     : "ten megabytes, monitor hidden");
-        tune(QStringLiteral("130"));
-        QVERIFY(bench.line->poured <
-                100); // given up early; the most of it comes when nobody waits any more
-        QVERIFY(turnUntil([&] { return bench.line->poured == pieces; }));
-    }
-    const qsizetype kept = app().currentDevice->commPort()->Buffer().size();
-    QVERIFY2(kept <= clsCommPort::longestReply, qPrintable(QString::number(kept)));
-    QVERIFY(monitor()->displayText().size() < 5 * frmIODaemon::longestText);
-    QVERIFY(monitor()->displayText().contains(QStringLiteral(" bytes: 78 78 78")));
-    QCOMPARE(description(mainName, "txtCurrentFreq"), QStringLiteral("unconfirmed"));
-    QCOMPARE(box(channelsName, "txtChanFreq_1")->text(), QStringLiteral("145.5"));
-    QCOMPARE(light(), QColor(IndicatorLight::red));
-    trigger(monitorName, "mnuDebugSerialBytesReceived");
-    bench.change = {};
-    tune(QStringLiteral("145.5"));
-    readAgain();
-    seesTuned(bench.unit);
 }
 
 void TestBadBytes::binary()
