@@ -71,6 +71,7 @@ private slots:
 void TestBadBytes::oneByteAtATime()
 {
     MemoryBench bench;
+    bench.line->pours = true;
     bench.change = [](const QByteArray &, const QByteArray &reply) { return inPieces(reply, 1); };
     search();
     tune(QStringLiteral("145.5"));

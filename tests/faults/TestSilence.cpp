@@ -1,7 +1,10 @@
 // A unit that does not answer, answers late, or had to wait for a sleeping computer.
 #include "FaultBench.h"
 
-#include <QThread>
+#include <thread>
+
+#include <csignal>
+#include <pthread.h>
 
 using namespace faults;
 
@@ -9,6 +12,22 @@ namespace {
 
 const auto noStepReply =
     QStringLiteral("The device did not respond correctly to a 'current step' command.");
+
+// The program's thread stands still in the middle of a wait, where it sleeps for events.
+void sleepWhenTuned(sim::SimulatedLine &line)
+{
+    std::signal(SIGUSR1, [](int) {
+        timespec left{0, 300'000'000};
+        while (nanosleep(&left, &left) != 0)
+            ;
+    });
+    line.setListener([program = pthread_self()](bool fromUnit, const std::string &text) {
+        if (fromUnit || text.rfind("*STEP ", 0) != 0)
+            return;
+        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+        pthread_kill(program, SIGUSR1);
+    });
+}
 
 QString stepMark()
 {
@@ -74,14 +93,14 @@ void TestSilence::lateBeforeTheNextCommand()
     const auto unit = std::make_shared<sim::SimulatedUnit>();
     auto &line = bench.plug(5, unit);
     search();
-    line.setLateBy(std::chrono::milliseconds(150));
+    line.setLateBy(std::chrono::milliseconds(190));
     line.setFault(sim::Fault::LateReply, "*STEP ", 1);
     TestHooks::shortenTimers(60);
     bench.boxes().expect(noStepReply);
     tune(QStringLiteral("130"));
     QCOMPARE(frequency(), QStringLiteral("100")); // what was last known, and marked so
     QCOMPARE(stepMark(), QStringLiteral("unconfirmed"));
-    QTest::qWait(200); // the late LOCKED has come
+    QTest::qWait(300); // the late LOCKED has come
     QCOMPARE(frequency(), QStringLiteral("100"));
     QCOMPARE(stepMark(), QStringLiteral("unconfirmed"));
     line.clearCommands();
@@ -101,7 +120,7 @@ void TestSilence::lateDuringTheNextCommand()
     auto &line = bench.plug(5, unit);
     search();
     tune(QStringLiteral("110"));
-    line.setLateBy(std::chrono::milliseconds(150));
+    line.setLateBy(std::chrono::milliseconds(190));
     line.setFault(sim::Fault::LateReply, "*STEP ", 1);
     TestHooks::shortenTimers(120);
     bench.boxes().expect(noStepReply);
@@ -131,7 +150,7 @@ void TestSilence::theComputerSleepsInMidCommand()
     line.setFault(sim::Fault::LateReply, "*STEP ", 1);
     TestHooks::shortenTimers(60);
     line.clearCommands();
-    QTimer::singleShot(10, this, [] { QThread::msleep(300); });
+    sleepWhenTuned(line);
     tune(QStringLiteral("130")); // and no box follows
     QCOMPARE(sent(line), QStringList{QStringLiteral("*STEP 1200")});
     QCOMPARE(unit->step(), 1200);
