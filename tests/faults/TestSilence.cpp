@@ -53,13 +53,14 @@ void TestSilence::silent()
     FaultBench bench;
     auto &line = bench.plug(5);
     line.setFault(sim::Fault::Silence);
-    TestHooks::shortenTimers(60);
+    TestHooks::shortenTimers(300);
     bench.boxes().expectStart(QStringLiteral("Check data and power connections"));
     search();
     seesNotConnected();
     QVERIFY(bench.boxes().shown().first().informative.contains(QStringLiteral("Tovin-R")));
     QCOMPARE(sent(line), QStringList{QStringLiteral("*ID?")}); // asked once
     // It is found as soon as it answers.
+    TestHooks::shortenTimers(0);
     line.setFault(sim::Fault::None);
     search();
     seesConnected(5);
@@ -75,7 +76,7 @@ void TestSilence::silentAfterItsName()
     line.setResponder([](const std::string &command) {
         return command == "*ID?" ? std::optional<std::string>("KELDO-X") : std::nullopt;
     });
-    TestHooks::shortenTimers(60);
+    TestHooks::shortenTimers(200);
     bench.boxes().expect(QStringLiteral("The unit on COM5 has stopped answering. Check its power "
                                         "and data connections, then connect it again."));
     choose(1);
@@ -104,6 +105,7 @@ void TestSilence::lateBeforeTheNextCommand()
     QCOMPARE(frequency(), QStringLiteral("100"));
     QCOMPARE(stepMark(), QStringLiteral("unconfirmed"));
     line.clearCommands();
+    TestHooks::shortenTimers(0);
     readAgain();
     QCOMPARE(sent(line).first(), QStringLiteral("*STEP?"));
     QCOMPARE(unit->step(), 1200);
@@ -133,6 +135,7 @@ void TestSilence::lateDuringTheNextCommand()
     QCOMPARE(stepMark(), QStringLiteral("unconfirmed"));
     QCOMPARE(control<QScrollBar>(mainName, "HScroll1")->value(), 400);
     QCOMPARE(box(channelsName, "txtChanFreq_1")->text(), QStringLiteral("110"));
+    TestHooks::shortenTimers(0);
     readAgain();
     QCOMPARE(frequency(), QStringLiteral("130"));
     QCOMPARE(box(channelsName, "txtChanFreq_1")->text(), QStringLiteral("130"));

@@ -144,8 +144,7 @@ void TestStorms::searchOverBlockingBabblingAndDeadPorts()
     bench.fixture.plug(4, QStringLiteral("/dev/no-such-device"));
     bench.fixture.plug(6, QStringLiteral("/dev/null"));
     bench.plug(9);
-    bench.plug(5).unplug();
-    TestHooks::shortenTimers(100);
+    TestHooks::shortenTimers(300);
     {
         const StallMeter stall("search over bad ports");
         search(); // and no box follows: a unit was found
@@ -160,7 +159,7 @@ void TestStorms::searchOverBlockingBabblingAndDeadPorts()
     search();
     seesNotConnected();
     const QString told = bench.boxes().shown().first().informative;
-    for (const char *named : {"COM4: /dev/no-such-device is not there.", "COM5: ", "COM6: "})
+    for (const char *named : {"COM4: /dev/no-such-device is not there.", "COM6: "})
         QVERIFY2(told.contains(QLatin1String(named)), qPrintable(told));
     for (const char *silent : {"COM2: ", "COM3: "})
         QVERIFY2(!told.contains(QLatin1String(silent)), qPrintable(told));
