@@ -91,14 +91,14 @@ std::vector<double> timeBareExchanges(const std::string &device, int times)
 // One exchange as any Qt program would make it: the library's port, its signal, an event loop.
 std::vector<double> timeLibraryExchanges(const std::string &device, int times)
 {
-    QSerialPort port(QString::fromStdString(device));
-    port.setBaudRate(QSerialPort::Baud19200);
-    if (!port.open(QIODevice::ReadWrite))
+    QSerialPort bare(QString::fromStdString(device));
+    bare.setBaudRate(QSerialPort::Baud19200);
+    if (!bare.open(QIODevice::ReadWrite))
         return {0};
     QEventLoop loop;
     QByteArray reply;
-    QObject::connect(&port, &QSerialPort::readyRead, &loop, [&] {
-        reply += port.readAll();
+    QObject::connect(&bare, &QSerialPort::readyRead, &loop, [&] {
+        reply += bare.readAll();
         if (reply.contains('\r'))
             loop.quit();
     });
@@ -107,7 +107,7 @@ std::vector<double> timeLibraryExchanges(const std::string &device, int times)
         QElapsedTimer timer;
         timer.start();
         reply.clear();
-        port.write("*STEP 250\r");
+        bare.write("*STEP 250\r");
         loop.exec();
         each.push_back(microseconds(timer));
     }

@@ -19,7 +19,7 @@ struct Request
     std::int16_t address = 0;        // 1 to 8; 0 is a unit without one
     bool json = false;
     bool verbose = false;
-    bool simulator = false; // simulated units beside the real ports
+    bool simulator = false;     // simulated units beside the real ports
     std::optional<int> timeout; // ms
 
     std::optional<int> interval;           // ms

@@ -77,6 +77,8 @@ void TestSoak::cleanupTestCase()
 void TestSoak::operate()
 {
     ++m_operations;
+    for (const auto &line : m_lines)
+        line->clearCommands(); // else the simulator's memory is what grows
     switch (choose(8)) {
     case 0:
         return changeChannel(1 + choose(unitCount));
