@@ -289,7 +289,8 @@ void TestCtlPorts::simulatedUnitsAreThereForTheAsking()
     QCOMPARE(ports.at(2), shared + QStringLiteral("  simulated line 3, TOVIN-R firmware 3.38 "
                                                   "addresses 2 5"));
     const Outcome found = CtlBench::run({QStringLiteral("search"), QStringLiteral("--simulator"),
-                                         QStringLiteral("--port"), shared});
+                                         QStringLiteral("--port"), shared,
+                                         QStringLiteral("--timeout"), QStringLiteral("0.3")});
     QVERIFY2(found.out.startsWith(shared + QStringLiteral(" address 2  ")), qPrintable(found.out));
     QCOMPARE(found.lines().size(), 2);
     const QStringList words = CtlBench::words("--simulator set frequency 146.5 --port") +
