@@ -61,11 +61,10 @@ void HostileUnit::complain(const QString &what)
         m_complaint = what;
 }
 
-// A frequency that is shown lies on a step of a plan that the unit has told.
+// A frequency that is shown lies on a step of a plan that the unit has told. The step is what the
+// unit says, below zero too: whatever is a number counts.
 void HostileUnit::onFrequency(qint32 step, double megahertz)
 {
-    if (step < 0)
-        complain(QStringLiteral("step %1").arg(step));
     for (const double start : std::as_const(m_starts))
         for (const double spacing : std::as_const(m_spacings))
             if (std::abs(start + step * spacing / hertzPerMegahertz - megahertz) <=
@@ -109,7 +108,8 @@ static QByteArray garbage(int kind)
     case 2:
         return QByteArray("UNRECOGNIZED COMMAND\r");
     case 3:
-        return QByteArray("\xff\x80\x01\x07\x1b[2J\r");
+        // No digit: one that is the value just sent would be its echo.
+        return QByteArray("\xff\x80\x01\x07\x1b[J\r");
     case 4:
         return QByteArray("<b>bold</b>\r");
     default:

@@ -103,7 +103,8 @@ void Reconnect::connectAgain(const std::shared_ptr<clsKeldoX> &unit)
                          .arg(channel));
             row->setStatus(1);
             row->optPortNumClick();
-            if (unit->PortIsOpen() && state.currentDevice == unit)
+            // Not where the device is back and its unit does not answer.
+            if (unit->PortIsOpen() && unit->isInitialized() && state.currentDevice == unit)
                 tell(QStringLiteral("CONNECTED AGAIN ON COM%1").arg(port));
             return;
         }

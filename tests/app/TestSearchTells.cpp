@@ -14,6 +14,7 @@ private slots:
     void aPortInUseIsNamedWithItsRemedy();
     void aDeviceThatIsGoneIsNamed();
     void aPortWithoutAccessRightIsNamed();
+    void eachCauseIsAParagraph();
     void aSilentLineMayHaveAddressedUnits();
     void anEchoingLineMayHaveAddressedUnits();
     void whatAnswersOtherwiseHasNone();
@@ -62,6 +63,16 @@ void TestSearchTells::aPortWithoutAccessRightIsNamed()
     QCOMPARE(told, QStringLiteral("COM4: ") + DeniedLine::told(device));
     QVERIFY(told.contains(QStringLiteral("group \"dialout\"")));
     QCOMPARE(bench.sentTo(4), QStringList());
+}
+
+void TestSearchTells::eachCauseIsAParagraph()
+{
+    SearchBench bench;
+    bench.fixture.plug(6, QStringLiteral("/nowhere/ttyUSB7"));
+    bench.fixture.plug(9, QStringLiteral("/nowhere/ttyUSB8"));
+    QCOMPARE(toldAfter(bench, 1),
+             QStringLiteral("COM6: /nowhere/ttyUSB7 is not there. Check that it is plugged in.\n\n"
+                            "COM9: /nowhere/ttyUSB8 is not there. Check that it is plugged in."));
 }
 
 void TestSearchTells::aSilentLineMayHaveAddressedUnits()

@@ -1,0 +1,61 @@
+// A device that comes back while "Reconnect" is on, and is not what it was.
+#include "FaultBench.h"
+
+using namespace faults;
+
+class TestReturns : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void silentItIsAskedOnce();
+    void afterASearchNobodyWaitsForIt();
+};
+
+// Whoever waits for a unit does not stop the operator's work again and again.
+void TestReturns::silentItIsAskedOnce()
+{
+    FaultBench on;
+    on.plug(5);
+    search();
+    trigger(mainName, "mnuReconnect");
+    on.boxes().acceptAll();
+    on.line(5).unplug();
+    QTRY_COMPARE(panel(mainName, 1), QStringLiteral("NOT CONNECTED"));
+    sim::SimulatedLine &line = on.plug(5);
+    line.setFault(sim::Fault::Silence);
+    TestHooks::shortenTimers(50);
+    QTRY_VERIFY(!line.commands().empty());
+    QTRY_VERIFY(!app().connecting);
+    QTest::qWait(100); // what the attempt still has to send
+    const QStringList asked = sent(line);
+    QTest::qWait(500); // ten looks at the ports
+    QCOMPARE(sent(line), asked);
+    seesNotConnected();
+    trigger(mainName, "mnuReconnect"); // kept otherwise
+}
+
+// A search that found nothing there has let the unit go.
+void TestReturns::afterASearchNobodyWaitsForIt()
+{
+    FaultBench on;
+    on.plug(5);
+    search();
+    trigger(mainName, "mnuReconnect");
+    on.boxes().acceptAll();
+    on.line(5).unplug();
+    QTRY_COMPARE(panel(mainName, 1), QStringLiteral("NOT CONNECTED"));
+    on.fixture.unplug(5);
+    on.plug(7);
+    search();
+    seesConnected(7);
+    sim::SimulatedLine &line = on.plug(5);
+    TestHooks::shortenTimers(50);
+    QTest::qWait(500);
+    QCOMPARE(sent(line), QStringList());
+    seesConnected(7);
+    trigger(mainName, "mnuReconnect");
+}
+
+KELDOX_TEST(TestReturns)
+#include "TestReturns.moc"
