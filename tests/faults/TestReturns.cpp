@@ -1,6 +1,8 @@
 // A device that comes back while "Reconnect" is on, and is not what it was.
 #include "FaultBench.h"
 
+#include "platform/CommControl.h"
+
 using namespace faults;
 
 class TestReturns : public QObject
@@ -9,6 +11,7 @@ class TestReturns : public QObject
 
 private slots:
     void silentItIsAskedOnce();
+    void heldByAnotherProgramItIsTriedOnce();
     void afterASearchNobodyWaitsForIt();
 };
 
@@ -33,6 +36,31 @@ void TestReturns::silentItIsAskedOnce()
     QCOMPARE(sent(line), asked);
     seesNotConnected();
     trigger(mainName, "mnuReconnect"); // kept otherwise
+}
+
+void TestReturns::heldByAnotherProgramItIsTriedOnce()
+{
+    FaultBench on;
+    on.plug(5);
+    search();
+    trigger(mainName, "mnuReconnect");
+    on.boxes().acceptAll();
+    on.line(5).unplug();
+    QTRY_COMPARE(panel(mainName, 1), QStringLiteral("NOT CONNECTED"));
+    const sim::SimulatedLine &line = on.plug(5);
+    CommControl other;
+    other.setCommPort(5);
+    other.setPortOpen(true);
+    const auto told = on.boxes().texts().size();
+    TestHooks::shortenTimers(50);
+    QTRY_VERIFY(on.boxes().texts().size() > told);
+    QTest::qWait(100); // what else the attempt has to say
+    const QStringList all = on.boxes().texts();
+    QTest::qWait(500); // ten looks at the ports
+    QCOMPARE(on.boxes().texts(), all);
+    QCOMPARE(sent(line), QStringList());
+    seesNotConnected();
+    trigger(mainName, "mnuReconnect");
 }
 
 // A search that found nothing there has let the unit go.
