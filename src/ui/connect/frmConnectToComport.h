@@ -5,6 +5,7 @@
 #include "platform/PortWatcher.h"
 
 #include <QDialog>
+#include <QStringList>
 
 #include <memory>
 
