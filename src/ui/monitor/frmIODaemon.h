@@ -17,6 +17,7 @@ namespace Ui {
 class frmIODaemon;
 }
 
+class QComboBox;
 class clsSeeker;
 
 class frmIODaemon : public QMainWindow, public IOMonitorView
