@@ -61,10 +61,12 @@ void HostileUnit::complain(const QString &what)
         m_complaint = what;
 }
 
-// A frequency that is shown lies on a step of a plan that the unit has told. The step is what the
-// unit says, below zero too: whatever is a number counts.
+// A frequency that is shown lies on a step of a plan that the unit has told. Below zero only the
+// unit itself may put it: whatever is a number counts.
 void HostileUnit::onFrequency(qint32 step, double megahertz)
 {
+    if (step < 0 && !m_steps.contains(step))
+        complain(QStringLiteral("step %1").arg(step));
     for (const double start : std::as_const(m_starts))
         for (const double spacing : std::as_const(m_spacings))
             if (std::abs(start + step * spacing / hertzPerMegahertz - megahertz) <=
@@ -151,12 +153,14 @@ QList<QByteArray> HostileUnit::answer(const QByteArray &command)
 // Any number that the reply could be read as counts as told: the text before it does not matter.
 void HostileUnit::hear(const QByteArray &command, const QByteArray &reply)
 {
-    if (command != "*START FREQ?" && command != "*CHAN SPACE?")
+    if (command != "*START FREQ?" && command != "*CHAN SPACE?" && command != "*STEP?")
         return;
     // A carriage return in the middle may end the reply, or not, as the bytes happen to arrive.
     for (const QByteArray &text : {reply.left(reply.indexOf('\r')), reply}) {
         const double number = leadingNumber(clsKeldoX::ParseData(QString::fromLatin1(text)));
-        if (command == "*START FREQ?")
+        if (command == "*STEP?")
+            m_steps.insert(std::nearbyint(number));
+        else if (command == "*START FREQ?")
             m_starts.insert(number);
         else
             m_spacings.insert(std::nearbyint(number));

@@ -48,6 +48,7 @@ private:
     // All that the unit has ever told of its plan: a frequency that is shown lies on one of these.
     QSet<double> m_starts;   // MHz
     QSet<double> m_spacings; // Hz
+    QSet<double> m_steps;    // that the unit has told
     // What was shown since the last reply that may have had a sense.
     QHash<UnitValue, double> m_shown;
     bool m_onlyGarbage = false; // all replies to this operation are bad

@@ -15,16 +15,22 @@ private slots:
     void afterASearchNobodyWaitsForIt();
 };
 
-// Whoever waits for a unit does not stop the operator's work again and again.
-void TestReturns::silentItIsAskedOnce()
+// The unit on COM5 was connected, and is awaited.
+static void loseTheUnit(FaultBench &on)
 {
-    FaultBench on;
     on.plug(5);
     search();
     trigger(mainName, "mnuReconnect");
     on.boxes().acceptAll();
     on.line(5).unplug();
     QTRY_COMPARE(panel(mainName, 1), QStringLiteral("NOT CONNECTED"));
+}
+
+// Whoever waits for a unit does not stop the operator's work again and again.
+void TestReturns::silentItIsAskedOnce()
+{
+    FaultBench on;
+    loseTheUnit(on);
     sim::SimulatedLine &line = on.plug(5);
     line.setFault(sim::Fault::Silence);
     TestHooks::shortenTimers(50);
@@ -41,12 +47,7 @@ void TestReturns::silentItIsAskedOnce()
 void TestReturns::heldByAnotherProgramItIsTriedOnce()
 {
     FaultBench on;
-    on.plug(5);
-    search();
-    trigger(mainName, "mnuReconnect");
-    on.boxes().acceptAll();
-    on.line(5).unplug();
-    QTRY_COMPARE(panel(mainName, 1), QStringLiteral("NOT CONNECTED"));
+    loseTheUnit(on);
     const sim::SimulatedLine &line = on.plug(5);
     CommControl other;
     other.setCommPort(5);
@@ -67,12 +68,7 @@ void TestReturns::heldByAnotherProgramItIsTriedOnce()
 void TestReturns::afterASearchNobodyWaitsForIt()
 {
     FaultBench on;
-    on.plug(5);
-    search();
-    trigger(mainName, "mnuReconnect");
-    on.boxes().acceptAll();
-    on.line(5).unplug();
-    QTRY_COMPARE(panel(mainName, 1), QStringLiteral("NOT CONNECTED"));
+    loseTheUnit(on);
     on.fixture.unplug(5);
     on.plug(7);
     search();
