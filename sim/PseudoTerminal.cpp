@@ -1,11 +1,13 @@
 // The pseudo-terminal over POSIX; on Linux it also watches who opens and closes it.
 #include "sim/PseudoTerminal.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
 #include <system_error>
+#include <vector>
 
 #include <fcntl.h>
 #include <sys/ioctl.h>
@@ -53,20 +55,54 @@ void closeIfOpen(int &descriptor)
     descriptor = -1;
 }
 
+std::string deviceOf(int master)
+{
+    std::array<char, 256> name{};
+    if (const int error = ptsname_r(master, name.data(), name.size()))
+        throw std::system_error(error, std::generic_category(), "ptsname_r");
+    return name.data();
+}
+
+bool hasLockFile(int master)
+{
+    std::array<char, 256> name{};
+    if (ptsname_r(master, name.data(), name.size()) != 0)
+        return false;
+    std::string lock = "LCK.." + std::string(name.data()).substr(std::strlen("/dev/"));
+    std::replace(lock.begin(), lock.end(), '/', '_');
+    const std::array folders{"/var/lock/", "/run/lock/", "/tmp/"};
+    return std::any_of(folders.begin(), folders.end(), [&](const std::string &folder) {
+        return access((folder + lock).c_str(), F_OK) == 0;
+    });
+}
+
+// A program closes a port first and removes its lock file then: in between the number is free, and
+// a new terminal of that number would be found in use. One that a killed program left behind is
+// passed over too.
+int openMaster()
+{
+    std::vector<int> masters;
+    do
+        masters.push_back(posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC));
+    while (masters.back() >= 0 && hasLockFile(masters.back()) && masters.size() < 8);
+    const int taken = checked(masters.back(), "posix_openpt");
+    masters.pop_back();
+    for (int &passedOver : masters) // kept until now, so that nobody got their numbers
+        closeIfOpen(passedOver);
+    return taken;
+}
+
 } // namespace
 
 PseudoTerminal::PseudoTerminal()
 {
     try {
-        master_ = checked(posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC), "posix_openpt");
+        master_ = openMaster();
         checked(grantpt(master_), "grantpt");
         checked(unlockpt(master_), "unlockpt");
-        std::array<char, 256> name{};
-        if (const int error = ptsname_r(master_, name.data(), name.size()))
-            throw std::system_error(error, std::generic_category(), "ptsname_r");
-        device_ = name.data();
+        device_ = deviceOf(master_);
         // Without a slave side that stays open the master reads errors while no program is there.
-        slave_ = checked(::open(name.data(), O_RDWR | O_NOCTTY | O_CLOEXEC), "open");
+        slave_ = checked(::open(device_.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC), "open");
         makeRaw(slave_);
         checked(fcntl(master_, F_SETFL, O_NONBLOCK), "fcntl");
         watch_ = watchOf(device_);

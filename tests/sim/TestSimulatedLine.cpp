@@ -8,9 +8,11 @@
 #include <atomic>
 #include <stdexcept>
 
+#include <fcntl.h>
 #include <sys/ioctl.h>
 #include <sys/resource.h>
 #include <termios.h>
+#include <unistd.h>
 
 using namespace std::chrono_literals;
 using sim::SimulatedLine;
@@ -51,6 +53,7 @@ private slots:
     void ninthUnitFindsNoRoom();
     void programCanCloseAndOpenAgain();
     void lockOfAProgramGoesWithIt();
+    void terminalThatIsStillLockedIsPassedOver();
     void transcriptCanBeClearedAndAwaited();
     void waitingForCommandsEnds();
     void commandIsCarriedOutWhenTheWaitEnds();
@@ -255,6 +258,36 @@ void TestSimulatedLine::lockOfAProgramGoesWithIt()
         return next.isOpen() && ioctl(next.descriptor(), TIOCGEXCL, &exclusive) == 0 && exclusive;
     };
     QTRY_VERIFY(!isLocked());
+}
+
+// A program removes its lock file after it has closed the port, when the number is free already.
+void TestSimulatedLine::terminalThatIsStillLockedIsPassedOver()
+{
+    std::vector<int> masters(3); // what others leave or take meanwhile is not in these
+    for (int &master : masters)
+        master = posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC);
+    const auto nameOf = [](int master) { return QString::fromLocal8Bit(ptsname(master)); };
+    QStringList locked;
+    std::vector<std::unique_ptr<QFile>> locks;
+    for (const int master : masters) {
+        locked.append(nameOf(master));
+        auto lock = std::make_unique<QFile>(QStringLiteral("/tmp/LCK..pts_") +
+                                            locked.last().section(QLatin1Char('/'), -1));
+        QVERIFY(lock->open(QIODevice::WriteOnly));
+        locks.push_back(std::move(lock));
+    }
+    const auto unlock = qScopeGuard([&] {
+        for (const auto &lock : locks)
+            lock->remove();
+    });
+    for (const int master : masters)
+        ::close(master);
+    std::vector<std::unique_ptr<SimulatedLine>> lines;
+    for (int i = 0; i < 3; ++i) {
+        lines.push_back(std::make_unique<SimulatedLine>());
+        QVERIFY2(!locked.contains(QString::fromStdString(lines.back()->device())),
+                 lines.back()->device().c_str());
+    }
 }
 
 void TestSimulatedLine::transcriptCanBeClearedAndAwaited()
