@@ -83,17 +83,19 @@ clsCommPort::WaitResult clsCommPort::waitForReply(int mode, const Still &opening
     WaitResult result;
     bool arrived = false;
     while (!arrived && !waitMustStop(opening)) {
-        EventQueue::yield();
-        takeInput();
-        if (m_pollInterval > 0)
-            pauseit(m_host->tmrCommTimer, m_pollInterval);
-        EventQueue::yield();
-        ++result.rounds;
-        arrived = hasReply(mode);
-        // Bytes that came during the second yield wake nobody again: take them before sleeping.
-        const bool unread = m_modeInUse != Event && m_control->inBufferCount() > 0;
-        if (!arrived && !unread && m_pollInterval <= 0 && !waitMustStop(opening))
+        // The first round looks at what there is; each later one sleeps until something happens.
+        if (result.rounds == 0 || m_pollInterval > 0)
+            EventQueue::yield();
+        else
             EventQueue::sleepUntilEvent();
+        takeInput();
+        if (m_pollInterval > 0) {
+            pauseit(m_host->tmrCommTimer, m_pollInterval);
+            EventQueue::yield();
+        }
+        ++result.rounds;
+        // What a port that was opened anew meanwhile holds answers another command.
+        arrived = hasReply(mode) && (opening || !IsOpen());
     }
     if (!arrived && m_timeOutMs > 0)
         arrived = takeLast(mode, opening);
