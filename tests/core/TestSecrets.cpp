@@ -107,6 +107,7 @@ void TestSecrets::beginningsOfAPasswordWaitForTheirRest_data()
     QTest::addRow("of the password") << QStringLiteral("got hun") << 4;
     QTest::addRow("of the word") << QStringLiteral("got PASSW") << 4;
     QTest::addRow("of the command's rest") << QStringLiteral("x PASSWORD se") << 2;
+    QTest::addRow("of a command at the start") << QStringLiteral("PASSWORD se") << 0;
     QTest::addRow("of a line that has ended") << QStringLiteral("PASSWORD se\rab") << 14;
     QTest::addRow("nothing") << QString() << 0;
 }

@@ -12,6 +12,9 @@ private slots:
     void aUnitThatFallsSilentIsGivenUpAfterTwoCommands();
     void oneSilenceIsTakenForABadReply();
     void silencesThatDoNotFollowEachOtherDoNotEndIt();
+    void aSilenceIsToldWhenTheNextCommandIsAnswered();
+    void aBadReplyIsToldAtOnce();
+    void theSecondBadReplyOfAConnectionIsInTheLogAlone();
     void aConnectionThatIsBrokenOffEndsAtOnceWithoutABox();
     void aSettingWithoutAGoodAnswerIsUnconfirmed_data();
     void aSettingWithoutAGoodAnswerIsUnconfirmed();
@@ -91,6 +94,48 @@ void TestTruth::silencesThatDoNotFollowEachOtherDoNotEndIt()
     f.unit->Initialize();
     QVERIFY(f.unit->PortIsOpen());
     QVERIFY(f.events.take().contains(QStringLiteral("DUTChange")));
+}
+
+// It may be the first of two, which end the connection with a box of their own.
+void TestTruth::aSilenceIsToldWhenTheNextCommandIsAnswered()
+{
+    UnitFixture f;
+    waitOnly(f, 40);
+    f.reply("*IFRQ?", std::nullopt);
+    std::string last;
+    f.boxes().acceptAll();
+    f.boxes().whileOpen([&] { last = f.line.commands().back(); });
+    f.unit->Initialize();
+    QCOMPARE(f.boxes().shown().size(), 1);
+    QCOMPARE(last, std::string("*BNDW?"));
+}
+
+void TestTruth::aBadReplyIsToldAtOnce()
+{
+    UnitFixture f;
+    f.reply("*IFRQ?", "nonsense");
+    std::string last;
+    f.boxes().acceptAll();
+    f.boxes().whileOpen([&] { last = f.line.commands().back(); });
+    f.unit->Initialize();
+    QCOMPARE(f.boxes().texts(),
+             QStringList{QStringLiteral(
+                 "The device did not respond correctly to an 'IF frequency' query.")});
+    QCOMPARE(last, std::string("*IFRQ?"));
+}
+
+void TestTruth::theSecondBadReplyOfAConnectionIsInTheLogAlone()
+{
+    UnitFixture f;
+    f.reply("*START FREQ?", "nonsense");
+    f.reply("*IFRQ?", "nonsense");
+    f.boxes().acceptAll();
+    f.unit->Initialize();
+    QCOMPARE(f.boxes().shown().size(), 1);
+    QVERIFY(f.log->lines().contains(QStringLiteral(
+        "clsKeldoX|The device did not respond correctly to an 'IF frequency' query.")));
+    QCOMPARE(f.boxes().shown().at(0).text,
+             QStringLiteral("The device did not respond correctly to a 'start frequency' query."));
 }
 
 void TestTruth::aConnectionThatIsBrokenOffEndsAtOnceWithoutABox()
