@@ -146,11 +146,8 @@ QString clsLogger::lockedFileName()
 void clsLogger::FileOpen()
 {
     closeFile();
-    m_fileActive = true;
-    if (m_path.isEmpty() || m_fileName.isEmpty() || !m_makeFile) {
-        m_fileActive = false;
+    if (m_path.isEmpty() || m_fileName.isEmpty() || !m_makeFile)
         return;
-    }
     MakeDir(m_path);
     const QString name = lockedFileName();
     // A path that ends in a separator gives two of them, which file systems take for one.

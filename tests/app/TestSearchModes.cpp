@@ -13,6 +13,9 @@ private slots:
     void progressFollowsThePort_data();
     void progressFollowsThePort();
     void progressEndsOneBelowItsMaximumThenAtZero();
+    void theLineSaysWhichPortAndHowManyUnits();
+    void theLineSaysWhichAddress();
+    void theLineOfOnePortCountsNothing();
     void modeTwoProbesEightAddressesOfOnePort();
     void unitsAtTwoAddressesFillTwoSlots();
     void anotherModeSearchesNothing_data();
@@ -66,6 +69,51 @@ void TestSearchModes::progressEndsOneBelowItsMaximumThenAtZero()
     bench.fixture.boxes.expect(checkConnections);
     SearchPorts(3, QStringLiteral("6"));
     QCOMPARE(bench.channels->progressValues, (QList<int>{13, 515, 0}));
+}
+
+// The device's name is not the same on every run.
+static QStringList withoutDevices(const QStringList &lines)
+{
+    static const QRegularExpression device(QStringLiteral(" \\([^)]*\\)"));
+    QStringList all = lines;
+    return all.replaceInStrings(device, QStringLiteral(" (device)"));
+}
+
+void TestSearchModes::theLineSaysWhichPortAndHowManyUnits()
+{
+    SearchBench bench;
+    bench.unit(5);
+    bench.unit(9);
+    SearchPorts(1);
+    const QStringList lines = withoutDevices(bench.mainWindow->progressLines);
+    QCOMPARE(lines,
+             (QStringList{QStringLiteral("Looking for serial ports."),
+                          QStringLiteral("Looking at COM5 (device), port 1 of 2. Units found: 0."),
+                          QStringLiteral("Looking at COM9 (device), port 2 of 2. Units found: 1."),
+                          QString()}));
+    QCOMPARE(withoutDevices(bench.channels->progressLines), lines);
+}
+
+void TestSearchModes::theLineSaysWhichAddress()
+{
+    SearchBench bench;
+    bench.answerAlways(4, "x");
+    bench.fixture.boxes.expect(checkConnections);
+    SearchPorts(2, QStringLiteral("4"));
+    QStringList expected{QStringLiteral("Looking for serial ports.")};
+    for (int address = 1; address <= 8; ++address)
+        expected.append(QStringLiteral("Looking at COM4 (device), address %1 of 8. Units found: 0.")
+                            .arg(address));
+    QCOMPARE(withoutDevices(bench.mainWindow->progressLines), expected << QString());
+}
+
+void TestSearchModes::theLineOfOnePortCountsNothing()
+{
+    SearchBench bench;
+    bench.unit(5);
+    SearchPorts(3, QStringLiteral("5"));
+    QCOMPARE(withoutDevices(bench.mainWindow->progressLines).at(1),
+             QStringLiteral("Looking at COM5 (device). Units found: 0."));
 }
 
 void TestSearchModes::modeTwoProbesEightAddressesOfOnePort()

@@ -13,6 +13,7 @@ class TestSearchPorts : public QObject
 private slots:
     void preparingTellsTheWindowsInOrder();
     void preparingResetsCountAndFlagAndSetsUpTheProgressBar();
+    void preparingLetsGoOfTheUnitsOfTheSearchBefore();
     void aFailureInPreparingIsReportedAndTheRestPrepared();
     void aSearchOfOnePortRunsInItsOrder();
     void theWholeLogOfAFoundUnit();
@@ -72,6 +73,20 @@ void TestSearchPorts::preparingResetsCountAndFlagAndSetsUpTheProgressBar()
     QVERIFY(!app().searchFinished);
     QCOMPARE(bench.channels->maximumValue, 516);
     QVERIFY(bench.channels->progressVisible);
+}
+
+void TestSearchPorts::preparingLetsGoOfTheUnitsOfTheSearchBefore()
+{
+    SearchBench bench;
+    const std::weak_ptr<clsKeldoX> unit = bench.bind(2, 5);
+    app().currentDevice = unit.lock();
+    InitializeStuff();
+    QVERIFY(!app().currentDevice);
+    QVERIFY(unit.expired());
+    // The windows have one that is nobody's: each its question is answered without a port.
+    QVERIFY(bench.mainWindow->device());
+    QCOMPARE(bench.mainWindow->device(), bench.channels->mDevice);
+    QVERIFY(!bench.mainWindow->device()->PortIsOpen());
 }
 
 void TestSearchPorts::aFailureInPreparingIsReportedAndTheRestPrepared()

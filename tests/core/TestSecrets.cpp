@@ -105,6 +105,7 @@ void TestSecrets::beginningsOfAPasswordWaitForTheirRest_data()
     QTest::addColumn<int>("unfinished");
     QTest::addRow("no beginning") << QStringLiteral("12.5 MHz") << 8;
     QTest::addRow("of the password") << QStringLiteral("got hun") << 4;
+    QTest::addRow("the whole password") << QStringLiteral("got hunter2") << 11;
     QTest::addRow("of the word") << QStringLiteral("got PASSW") << 4;
     QTest::addRow("of the command's rest") << QStringLiteral("x PASSWORD se") << 2;
     QTest::addRow("of a command at the start") << QStringLiteral("PASSWORD se") << 0;

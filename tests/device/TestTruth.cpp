@@ -2,6 +2,8 @@
 // without an answer, another unit at the same port, a question in the middle of another.
 #include "device/UnitFixture.h"
 
+#include "core/DebugSwitches.h"
+
 #include <QElapsedTimer>
 
 class TestTruth : public QObject
@@ -15,6 +17,7 @@ private slots:
     void aSilenceIsToldWhenTheNextCommandIsAnswered();
     void aBadReplyIsToldAtOnce();
     void theSecondBadReplyOfAConnectionIsInTheLogAlone();
+    void aBadReplyIsLoggedWhenTheOperatorWantsThem();
     void aConnectionThatIsBrokenOffEndsAtOnceWithoutABox();
     void aSettingWithoutAGoodAnswerIsUnconfirmed_data();
     void aSettingWithoutAGoodAnswerIsUnconfirmed();
@@ -136,6 +139,23 @@ void TestTruth::theSecondBadReplyOfAConnectionIsInTheLogAlone()
         "clsKeldoX|The device did not respond correctly to an 'IF frequency' query.")));
     QCOMPARE(f.boxes().shown().at(0).text,
              QStringLiteral("The device did not respond correctly to a 'start frequency' query."));
+}
+
+void TestTruth::aBadReplyIsLoggedWhenTheOperatorWantsThem()
+{
+    const auto off = qScopeGuard([] { debugSwitches().detailedErrors = false; });
+    UnitFixture f;
+    f.connectUnit();
+    f.unit->setDisplayErrors(false);
+    const auto badReplies = [&f] {
+        f.forget();
+        f.unit->setAGC(true);
+        return f.log->lines().filter(QStringLiteral("bad reply"));
+    };
+    f.reply("*AGC_ 1", "nonsense");
+    QCOMPARE(badReplies(), QStringList());
+    debugSwitches().detailedErrors = true;
+    QCOMPARE(badReplies(), QStringList{QStringLiteral("clsKeldoX| bad reply <nonsense>")});
 }
 
 void TestTruth::aConnectionThatIsBrokenOffEndsAtOnceWithoutABox()

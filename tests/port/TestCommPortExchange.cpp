@@ -2,6 +2,8 @@
 #include "CommPortOnLine.h"
 #include "support/TestMain.h"
 
+#include "core/DebugSwitches.h"
+#include "core/EventLog.h"
 #include "platform/RunTimeError.h"
 #include "sim/PseudoTerminal.h"
 
@@ -16,6 +18,7 @@ private slots:
     void cleanup() { on.reset(); }
     void anEmptyCommandSendsNothingAndIsTrue();
     void theTextIsSentUnchanged();
+    void bytesAreLoggedWhenTheOperatorWantsThem();
     void sendingOnAClosedPortShowsABox();
     void sendingOnAClosedPortWithoutDisplayErrorsDoesNothing();
     void aReplyWithOneCarriageReturnIsEnough();
@@ -71,6 +74,26 @@ void TestCommPortExchange::theTextIsSentUnchanged()
     QVERIFY(on->line.commands().empty()); // no carriage return was added
     on->port->SendString(QStringLiteral("00\r*ID?\r"));
     QCOMPARE(on->commands(2), (QStringList{QStringLiteral("*STEP 500"), QStringLiteral("*ID?")}));
+}
+
+void TestCommPortExchange::bytesAreLoggedWhenTheOperatorWantsThem()
+{
+    const auto log = std::make_shared<FakeLog>();
+    installEventLog(log);
+    const DebugSwitches before = debugSwitches();
+    const auto back = qScopeGuard([&] { debugSwitches() = before; });
+    on->openWithReply(std::string("A ~") + '\x7f' + '\xe9');
+    log->events.clear();
+    QVERIFY(on->port->WriteAndWaitForCr(QStringLiteral("*ID?\r")));
+    QCOMPARE(log->lines(), QStringList());
+
+    debugSwitches().bytesSent = true;
+    debugSwitches().bytesReceived = true;
+    QVERIFY(on->port->WriteAndWaitForCr(QStringLiteral("*ID?\r")));
+    QCOMPARE(log->lines(),
+             (QStringList{QStringLiteral("clsCommPort| COM3 sent 5 bytes: 2a 49 44 3f 0d <*ID?.>"),
+                          QStringLiteral(
+                              "clsCommPort| COM3 received 6 bytes: 41 20 7e 7f e9 0d <A ~...>")}));
 }
 
 void TestCommPortExchange::sendingOnAClosedPortShowsABox()
