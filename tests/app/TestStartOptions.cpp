@@ -92,9 +92,12 @@ void TestStartOptions::helpAndVersionArePrinted()
              {"--search", "--connect COM[:ADDRESS]", "--simulator", "--help", "--version"})
             QVERIFY2(help.text.contains(QString::fromLatin1(option)), option);
     }
-    const StartOptions version = startOptions({QStringLiteral("--version")});
-    QCOMPARE(version.text, QStringLiteral("keldo-x ") + applicationVersion() + QLatin1Char('\n'));
-    QCOMPARE(version.exitCode, 0);
+    for (const char *word : {"--version", "-v"}) {
+        const StartOptions version = startOptions({QString::fromLatin1(word)});
+        QCOMPARE(version.text,
+                 QStringLiteral("keldo-x ") + applicationVersion() + QLatin1Char('\n'));
+        QCOMPARE(version.exitCode, 0);
+    }
 }
 
 void TestStartOptions::withoutOptionsNothingIsAskedFor()

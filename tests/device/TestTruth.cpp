@@ -25,6 +25,8 @@ private slots:
     void aRefusalLeavesNoDoubt();
     void anotherUnitAtThePortIsReadAnew();
     void whatANewUnitDoesNotTellIsNotTheOldOnes();
+    void whatWasMissedIsReadAtTheNextConnection_data();
+    void whatWasMissedIsReadAtTheNextConnection();
     void aMissingValueYieldsNoFrequency_data();
     void aMissingValueYieldsNoFrequency();
     void aQuestionInTheMiddleOfAnotherIsNotSent();
@@ -310,6 +312,10 @@ void TestTruth::whatANewUnitDoesNotTellIsNotTheOldOnes()
     UnitFixture f;
     f.connectUnit();
     f.unit->setAtten(10);
+    f.unit->setPelltrim(40);
+    f.unit->setPelltrimCal(50);
+    QCOMPARE(f.unit->Pelltrim(), 40);
+    QCOMPARE(f.unit->PelltrimCal(), 50);
     f.unit->setDisplayErrors(false);
     f.line.setFault(sim::Fault::Unplug);
     f.unit->Locked();
@@ -317,7 +323,8 @@ void TestTruth::whatANewUnitDoesNotTellIsNotTheOldOnes()
     again.addUnit(std::make_shared<sim::SimulatedUnit>(unitWithFirmware("3.38")));
     again.setResponder([unit = std::make_shared<sim::SimulatedUnit>(unitWithFirmware("3.38"))](
                            const std::string &command) -> std::optional<std::string> {
-        if (command == "*START FREQ?" || command == "*MAX STEP?" || command == "*ATTN?")
+        if (command == "*START FREQ?" || command == "*MAX STEP?" || command == "*ATTN?" ||
+            command == "*ZNSE?" || command == "*ZNCA?")
             return "x@";
         return unit->answer(command);
     });
@@ -326,6 +333,40 @@ void TestTruth::whatANewUnitDoesNotTellIsNotTheOldOnes()
     QCOMPARE(f.unit->StartFreq(), 0.0);
     QCOMPARE(f.unit->MaxStep(), 0);
     QCOMPARE(f.unit->atten(), 0.0);
+    QCOMPARE(f.unit->Pelltrim(), 128); // the middle, as of a unit that never told
+    QCOMPARE(f.unit->PelltrimCal(), 128);
+}
+
+void TestTruth::whatWasMissedIsReadAtTheNextConnection_data()
+{
+    QTest::addColumn<QString>("command"); // empty: none is missed
+    QTest::addRow("nothing") << QString();
+    for (const char *command : {"*REVISION?", "*START FREQ?", "*MAX STEP?", "*IFRQ?", "*BNDW?",
+                                "*CHAN SPACE?", "*AOPT?", "OPTC?", "*BYP_?"})
+        QTest::addRow("%s", command) << QString::fromLatin1(command);
+}
+
+void TestTruth::whatWasMissedIsReadAtTheNextConnection()
+{
+    QFETCH(const QString, command);
+    UnitFixture f;
+    waitOnly(f, 40);
+    f.unit->setDisplayErrors(false);
+    // Without these two others are asked for in vain too: silence would end the connection.
+    const bool isAskedTwice =
+        command == QLatin1String("*MAX STEP?") || command == QLatin1String("*CHAN SPACE?");
+    if (!command.isEmpty())
+        f.reply(command.toStdString(), isAskedTwice ? std::optional("x@") : std::nullopt);
+    QVERIFY(f.unit->Initialize());
+    QVERIFY(f.unit->PortIsOpen());
+    f.script->clear();
+    f.line.clearCommands();
+    QVERIFY(f.unit->Initialize());
+    const QStringList again = f.sent();
+    const QString asked = command.isEmpty() ? QStringLiteral("*START FREQ?") : command;
+    QCOMPARE(again.contains(asked), !command.isEmpty());
+    QCOMPARE(f.unit->StartFreq(), 100.0);
+    QVERIFY(f.unit->HasBypass());
 }
 
 void TestTruth::aMissingValueYieldsNoFrequency_data()

@@ -1,5 +1,6 @@
 // The fine-tuning scroll bar, and what may happen while the unit works.
 #include "BinderFixture.h"
+#include "support/LeaksAllowed.h"
 
 class TestPelltrimScrollBar : public QObject
 {
@@ -171,6 +172,7 @@ void TestPelltrimScrollBar::theTextIsNotClampedButTheBarIs()
 
 void TestPelltrimScrollBar::aFailingDisplayIsReportedUnderItsSource()
 {
+    const LeaksAllowed throughQt;
     BinderFixture bench(calibratedUnit());
     bench.boxes().acceptAll();
     QObject::connect(bench.panel.box, &QLineEdit::textChanged, &bench.panel,

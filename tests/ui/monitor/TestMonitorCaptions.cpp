@@ -1,5 +1,6 @@
 // What the IO monitor's controls and menu entries say, and the sources that its errors name.
 #include "MonitorBench.h"
+#include "support/LeaksAllowed.h"
 #include "support/TestMain.h"
 
 #include "platform/RunTimeError.h"
@@ -171,6 +172,7 @@ void TestMonitorCaptions::anErrorWhileTheDisplayIsClearedNamesItsSource()
                                         " from KELDO-X Control Program\r\n"
                                         " in frmIODaemon.cmdClear_Click\r\n"),
                          MessageBox::Exclamation);
+    const LeaksAllowed throughQt;
     QTest::mouseClick(window.findChild<QPushButton *>(QStringLiteral("cmdClear")), Qt::LeftButton);
     QCOMPARE(window.displayText(), QString());
 }
