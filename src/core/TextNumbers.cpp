@@ -54,8 +54,10 @@ template <class Integer> Integer toInteger(double value)
 
 QString numberToText(double value)
 {
-    if (value == 0)
-        return QStringLiteral("0"); // also for the negative zero
+    // Whole numbers are most of what goes over a line; also the negative zero is one.
+    constexpr double firstWithExponent = 1e15;
+    if (std::abs(value) < firstWithExponent && value == std::trunc(value))
+        return QString::number(static_cast<qint64>(value));
     return QString::number(value, 'g', 15).toUpper();
 }
 

@@ -186,14 +186,10 @@ void clsCommPort::DoOnComm()
             storeReceived(unit);
             brought += unit;
         }
-        // The pass runs two places past the newest byte, as far as a dump of a whole event would:
-        // with more than 97 bytes it leaves the record, and the event is reported as an error.
-        QString dump;
-        for (int i = 1; i <= m_recordCount + 3; ++i) {
-            if (i >= recordSize)
-                throw RunTimeError(ErrorNumber::SubscriptOutOfRange);
-            dump += QString::number(m_record[static_cast<std::size_t>(i)], 16);
-        }
+        // A dump of the event would run past its newest byte: with more than 97 bytes it leaves the
+        // record, and the event is reported as an error.
+        if (m_recordCount + 3 >= recordSize)
+            throw RunTimeError(ErrorNumber::SubscriptOutOfRange);
         emit GotData(brought, m_recordCount);
         m_recordCount = 0;
     });
@@ -204,9 +200,7 @@ void clsCommPort::storeReceived(const QString &unit)
     ++m_recordCount;
     if (m_recordCount >= recordSize)
         throw RunTimeError(ErrorNumber::SubscriptOutOfRange);
-    const QChar first = unit.at(0);
-    m_record[static_cast<std::size_t>(m_recordCount)] = static_cast<std::uint8_t>(first.unicode());
-    m_buffer.append(first);
+    m_buffer.append(unit.at(0));
 }
 
 // What was awaited on the port as it was opened before will not come.

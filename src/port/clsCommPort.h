@@ -8,7 +8,6 @@
 #include <QObject>
 #include <QString>
 
-#include <array>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -118,7 +117,7 @@ private:
     void logReceived(const QByteArray &bytes) const;
     void logBytes(const QString &direction, qsizetype count, const QString &shown) const;
 
-    static constexpr int recordSize = 101; // indices 0 to 100; bytes from index 1
+    static constexpr int recordSize = 101; // an event's bytes have the places 1 to 100
 
     std::unique_ptr<frmMScomm> m_host;
     CommControl *m_control;
@@ -127,8 +126,7 @@ private:
     std::int32_t m_status = Closed;
     std::int16_t m_portNumber = -1;
     QString m_buffer;
-    std::array<std::uint8_t, recordSize> m_record{};
-    std::int16_t m_recordCount = 0;
+    std::int16_t m_recordCount = 0; // bytes of the event that is taken over
     bool m_displayErrors = true;
     QString m_debugInfo;
     QString m_openFailure;
