@@ -93,7 +93,6 @@ void Exchange::beginReadingIn()
 {
     m_setup.readingIn = true;
     m_setup.silent = 0;
-    m_deferred.clear();
     m_unconfirmed.clear(); // of what was shown before, which is no longer
 }
 
