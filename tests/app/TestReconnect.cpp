@@ -35,7 +35,7 @@ struct Lost
 {
     Lost()
     {
-        TestHooks::shortenTimers(5);
+        TestHooks::shortenTimers(60);
         bench.unit(port);
         unit = bench.bind(2, port);
         unit->setDisplayErrors(false);
@@ -192,7 +192,7 @@ void TestReconnect::somethingElseConnectedEndsTheWaiting()
     app().currentDevice = lost.bench.bind(3, 6);
     QTRY_VERIFY(!lost.reconnect.isWaiting());
     lost.plugIn();
-    QTest::qWait(30);
+    QTest::qWait(150);
     QCOMPARE(lost.clicks, 0);
 }
 

@@ -56,7 +56,7 @@ struct Doubts
 void TestTruth::aUnitThatFallsSilentIsGivenUpAfterTwoCommands()
 {
     UnitFixture f;
-    waitOnly(f, 40);
+    waitOnly(f, 150);
     f.line.setListener([&line = f.line](bool fromUnit, const std::string &text) {
         if (fromUnit && text == "KELDO-X")
             line.setFault(sim::Fault::Silence);
@@ -78,7 +78,7 @@ void TestTruth::aUnitThatFallsSilentIsGivenUpAfterTwoCommands()
 void TestTruth::oneSilenceIsTakenForABadReply()
 {
     UnitFixture f;
-    waitOnly(f, 40);
+    waitOnly(f, 150);
     f.reply("*IFRQ?", std::nullopt);
     f.boxes().acceptAll();
     f.unit->Initialize();
@@ -92,7 +92,7 @@ void TestTruth::oneSilenceIsTakenForABadReply()
 void TestTruth::silencesThatDoNotFollowEachOtherDoNotEndIt()
 {
     UnitFixture f;
-    waitOnly(f, 40);
+    waitOnly(f, 150);
     f.reply("*REVISION?", std::nullopt);
     f.reply("*IFRQ?", std::nullopt);
     f.boxes().acceptAll();
@@ -105,7 +105,7 @@ void TestTruth::silencesThatDoNotFollowEachOtherDoNotEndIt()
 void TestTruth::aSilenceIsToldWhenTheNextCommandIsAnswered()
 {
     UnitFixture f;
-    waitOnly(f, 40);
+    waitOnly(f, 150);
     f.reply("*IFRQ?", std::nullopt);
     std::string last;
     f.boxes().acceptAll();
@@ -350,7 +350,7 @@ void TestTruth::whatWasMissedIsReadAtTheNextConnection()
 {
     QFETCH(const QString, command);
     UnitFixture f;
-    waitOnly(f, 40);
+    waitOnly(f, 150);
     f.unit->setDisplayErrors(false);
     // Without these two others are asked for in vain too: silence would end the connection.
     const bool isAskedTwice =

@@ -72,7 +72,7 @@ void TestPortSearch::addressesAreCountedOnOnePort()
     bench.line(5).addUnit(std::make_shared<sim::SimulatedUnit>(addressedUnit(4)));
     bench.line(5).addUnit(std::make_shared<sim::SimulatedUnit>(addressedUnit(8)));
     PortSearch search;
-    waitOnly(search, 20);
+    waitOnly(search, 100);
     const QSignalSpy looking(&search, &PortSearch::LookingAt);
     const QSignalSpy found(&search, &PortSearch::UnitFound);
     search.searchAddressesOn(5);
@@ -111,7 +111,7 @@ void TestPortSearch::everyAnswerIsToldApart()
         return answer.isEmpty() ? std::nullopt : std::optional(answer.toStdString());
     });
     PortSearch search;
-    waitOnly(search, 30);
+    waitOnly(search, 150);
     const QSignalSpy found(&search, &PortSearch::UnitFound);
     const QSignalSpy loopback(&search, &PortSearch::LoopbackFound);
     search.probe(4, 0);
@@ -125,7 +125,7 @@ void TestPortSearch::everyAnswerIsToldApart()
         bench.logOf(QStringLiteral("SearchComPorts"))
             .contains(QStringLiteral(" COM4 CAN BE OPENED, BUT DOES NOT RESPOND LIKE AN KELDO-X")),
         isOther);
-    waitOnly(search, 30);
+    waitOnly(search, 150);
     QVERIFY(search.seeker()->Init(4));
     QCOMPARE(int(search.identify(0)), result);
 }
@@ -135,7 +135,7 @@ void TestPortSearch::anAddressThatIsSilentIsNoAddressedLine()
     SearchBench bench;
     bench.silence(4);
     PortSearch search;
-    waitOnly(search, 20);
+    waitOnly(search, 100);
     search.probe(4, 1);
     QVERIFY(!search.mayHaveAddressedUnits());
     search.probe(4, 0);

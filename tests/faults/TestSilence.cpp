@@ -94,14 +94,14 @@ void TestSilence::lateBeforeTheNextCommand()
     const auto unit = std::make_shared<sim::SimulatedUnit>();
     auto &line = bench.plug(5, unit);
     search();
-    line.setLateBy(std::chrono::milliseconds(190));
+    line.setLateBy(std::chrono::milliseconds(600));
     line.setFault(sim::Fault::LateReply, "*STEP ", 1);
-    TestHooks::shortenTimers(60);
+    TestHooks::shortenTimers(400);
     bench.boxes().expect(noStepReply);
     tune(QStringLiteral("130"));
     QCOMPARE(frequency(), QStringLiteral("100")); // what was last known, and marked so
     QCOMPARE(stepMark(), QStringLiteral("unconfirmed"));
-    QTest::qWait(300); // the late LOCKED has come
+    QTest::qWait(500); // the late LOCKED has come
     QCOMPARE(frequency(), QStringLiteral("100"));
     QCOMPARE(stepMark(), QStringLiteral("unconfirmed"));
     line.clearCommands();
@@ -122,9 +122,9 @@ void TestSilence::lateDuringTheNextCommand()
     auto &line = bench.plug(5, unit);
     search();
     tune(QStringLiteral("110"));
-    line.setLateBy(std::chrono::milliseconds(190));
+    line.setLateBy(std::chrono::milliseconds(500));
     line.setFault(sim::Fault::LateReply, "*STEP ", 1);
-    TestHooks::shortenTimers(120);
+    TestHooks::shortenTimers(400);
     bench.boxes().expect(noStepReply);
     tune(QStringLiteral("130"));
     // Out of range: what is refused by the unit must not be confirmed by the answer before.
