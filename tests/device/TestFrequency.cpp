@@ -121,7 +121,8 @@ void TestFrequency::bandwidthIsNeverReported_data()
     QTest::newRow("number") << "12500" << 12500;
     QTest::newRow("half to even") << "12500.5" << 12500;
     QTest::newRow("with unit") << "12500 Hz" << 0;
-    QTest::newRow("beyond 32 bits") << "3000000000" << 0;
+    QTest::newRow("the largest") << "2147483647" << 2147483647;
+    QTest::newRow("beyond 32 bits") << "2147483648" << 0;
     QTest::newRow("empty") << "" << 0;
     QTest::newRow("not understood") << "UNRECOGNIZED COMMAND" << 0;
 }

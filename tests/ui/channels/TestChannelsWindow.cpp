@@ -3,6 +3,7 @@
 
 #include "platform/Application.h"
 #include "support/Failures.h"
+#include "support/LeaksAllowed.h"
 #include "widgets/PanelStatusBar.h"
 
 #include <QProgressBar>
@@ -113,6 +114,7 @@ void TestChannelsWindow::loadingSelectsTheFirstTab()
 
 void TestChannelsWindow::aFailureInLoadingIsReportedAndTheRestLoaded()
 {
+    const LeaksAllowed throughQt;
     Fixture fixture;
     const auto window = std::make_shared<frmChannels>();
     connect(window.get(), &QWidget::windowTitleChanged, this, fail, Qt::SingleShotConnection);

@@ -1,6 +1,7 @@
 // The connect-to-port dialog: what it shows, lists and resets, and what Cancel leaves.
 #include "ConnectDialogBench.h"
 #include "support/Failures.h"
+#include "support/LeaksAllowed.h"
 #include "support/TestMain.h"
 
 class TestConnectDialog : public QObject
@@ -181,6 +182,7 @@ void TestConnectDialog::escapeIsCancel()
 
 void TestConnectDialog::aFailureInOkIsReportedAndTheDialogCloses()
 {
+    const LeaksAllowed throughQt;
     SearchBench bench;
     bench.unit(1);
     bench.line(2);

@@ -3,6 +3,7 @@
 #include "MainBench.h"
 
 #include "support/Failures.h"
+#include "support/LeaksAllowed.h"
 
 class TestErrorSources : public QObject
 {
@@ -17,6 +18,9 @@ private slots:
     void aStatus();
     void anInputLimitingMode();
     void enablingAPreset();
+
+private:
+    LeaksAllowed m_throughQt;
 };
 
 static void expectFailureIn(MainBench &bench, const char *source)
