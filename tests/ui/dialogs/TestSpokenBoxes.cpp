@@ -36,7 +36,7 @@ void TestSpokenBoxes::anInputBoxIsHeard()
         QCOMPARE(heardName(dialog), dialog->windowTitle());
         QCOMPARE(heardName(entryOf(dialog)), QStringLiteral("Polling interval in ms"));
         QCOMPARE(heard(entryOf(dialog))->text(QAccessible::Value), QStringLiteral("500"));
-        QVERIFY(entryOf(dialog)->hasFocus());
+        QTRY_VERIFY(entryOf(dialog)->hasFocus());
         QTest::keyClick(dialog, Qt::Key_Return);
     });
     box.showModal();
