@@ -63,12 +63,9 @@ std::string deviceOf(int master)
     return name.data();
 }
 
-bool hasLockFile(int master)
+bool hasLockFile(const std::string &device)
 {
-    std::array<char, 256> name{};
-    if (ptsname_r(master, name.data(), name.size()) != 0)
-        return false;
-    std::string lock = "LCK.." + std::string(name.data()).substr(std::strlen("/dev/"));
+    std::string lock = "LCK.." + device.substr(std::strlen("/dev/"));
     std::replace(lock.begin(), lock.end(), '/', '_');
     const std::array folders{"/var/lock/", "/run/lock/", "/tmp/"};
     return std::any_of(folders.begin(), folders.end(), [&](const std::string &folder) {
@@ -84,7 +81,7 @@ int openMaster()
     std::vector<int> masters;
     do
         masters.push_back(posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC));
-    while (masters.back() >= 0 && hasLockFile(masters.back()) && masters.size() < 8);
+    while (masters.back() >= 0 && hasLockFile(deviceOf(masters.back())) && masters.size() < 8);
     const int taken = checked(masters.back(), "posix_openpt");
     masters.pop_back();
     for (int &passedOver : masters) // kept until now, so that nobody got their numbers

@@ -18,8 +18,7 @@ private slots:
     void withoutALostUnitThereIsNothingToWaitFor();
     void aDeviceThatReturnsIsConnectedWhenItWasSeenTwice();
     void aGlimpseOfADeviceDoesNotCount();
-    void aUnitThatDoesNotAnswerIsTriedOnceAReturn();
-    void onlyAnAnsweringUnitIsTold();
+    void aUnitThatDoesNotAnswerIsTriedOnceAReturnAndNotTold();
     void somethingElseConnectedEndsTheWaiting();
     void aUnitThatWasLetGoEndsTheWaiting();
     void aSearchIsNotDisturbed();
@@ -162,28 +161,20 @@ void TestReconnect::aGlimpseOfADeviceDoesNotCount()
     QCOMPARE(lost.clicks, 0);
 }
 
-void TestReconnect::aUnitThatDoesNotAnswerIsTriedOnceAReturn()
+void TestReconnect::aUnitThatDoesNotAnswerIsTriedOnceAReturnAndNotTold()
 {
     Lost lost;
     lost.answers = false;
     lost.plugIn();
     Lost::looks(6);
     QCOMPARE(lost.clicks, 1);
+    QCOMPARE(*lost.bench.calls, (QStringList{QStringLiteral("row2.setStatus 1"),
+                                             QStringLiteral("row2.optPortNumClick")}));
     lost.bench.fixture.unplug(port);
     Lost::looks(1);
     lost.plugIn();
     Lost::looks(6);
     QCOMPARE(lost.clicks, 2);
-}
-
-void TestReconnect::onlyAnAnsweringUnitIsTold()
-{
-    Lost lost;
-    lost.answers = false;
-    lost.plugIn();
-    Lost::looks(4);
-    QCOMPARE(*lost.bench.calls, (QStringList{QStringLiteral("row2.setStatus 1"),
-                                             QStringLiteral("row2.optPortNumClick")}));
 }
 
 void TestReconnect::somethingElseConnectedEndsTheWaiting()

@@ -125,7 +125,6 @@ void TestPortSearch::everyAnswerIsToldApart()
         bench.logOf(QStringLiteral("SearchComPorts"))
             .contains(QStringLiteral(" COM4 CAN BE OPENED, BUT DOES NOT RESPOND LIKE AN KELDO-X")),
         isOther);
-    waitOnly(search, 150);
     QVERIFY(search.seeker()->Init(4));
     QCOMPARE(int(search.identify(0)), result);
 }
@@ -198,13 +197,14 @@ void TestPortSearch::cancellingEndsTheWaitAndLooksNoFurther()
     bench.silence(2);
     bench.unit(7);
     PortSearch search;
+    waitOnly(search, 30'000);
     const QSignalSpy cancelled(&search, &PortSearch::Cancelled);
     const QSignalSpy looking(&search, &PortSearch::LookingAt);
     QTimer::singleShot(50, &search, [&] { search.cancel(); });
     QElapsedTimer clock;
     clock.start();
     search.searchAllPorts();
-    QVERIFY2(clock.elapsed() < 1500, qPrintable(QString::number(clock.elapsed()))); // of 1,900
+    QVERIFY2(clock.elapsed() < 15'000, qPrintable(QString::number(clock.elapsed())));
     QVERIFY(search.isCancelled());
     QCOMPARE(cancelled.count(), 1);
     QCOMPARE(looking.count(), 2);

@@ -164,7 +164,8 @@ static double handOverTime(SimulatedLine &line, TerminalPeer &peer)
 }
 
 // A machine that is busy with other things delays some exchanges, and that is not the line's doing:
-// the one in the middle counts, and one run of twenty will do. The sum is never less than the line's.
+// the one in the middle counts, and one run of twenty will do. The sum is never less than the
+// line's.
 void TestPacing::manyExchangesTakeTheLinesOwnTime()
 {
     SimulatedLine line;

@@ -2,12 +2,15 @@
 #pragma once
 
 #include <QApplication>
+#include <QPointer>
+#include <QTest>
 #include <QTimer>
 #include <QWidget>
 
 #include <functional>
 
-// The operator's hand on the next modal dialog that is ready: acts once.
+// The operator's hand on the next modal dialog that is ready: acts once. A dialog that a failed
+// check leaves open is closed: nobody else would.
 class Hand : public QObject
 {
 public:
@@ -18,11 +21,13 @@ public:
     {
         m_timer.setInterval(10);
         connect(&m_timer, &QTimer::timeout, this, [this] {
-            QWidget *dialog = QApplication::activeModalWidget();
+            const QPointer<QWidget> dialog = QApplication::activeModalWidget();
             if (!dialog || acted || (m_ready && !m_ready(dialog)))
                 return;
             acted = true;
             m_act(dialog);
+            if (QTest::currentTestFailed() && dialog)
+                dialog->close();
         });
         m_timer.start();
     }
