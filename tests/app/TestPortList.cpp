@@ -1,7 +1,6 @@
 // The list of ports that can be opened, and the closing of all ports.
 #include "app/AppState.h"
 #include "app/modSearchPorts.h"
-#include "discovery/PortList.h"
 #include "support/SearchBench.h"
 #include "support/TestMain.h"
 
@@ -19,7 +18,6 @@ private slots:
     void withoutAnyPortTheListStaysDisabledAfterAReport();
     void aBusyPortIsListedAllTheSame();
     void everyPortIsClosedAgain();
-    void aPortIsClosedBeforeItIsTold();
     void theListIsDisabledWhileItIsFilled();
     void nothingIsSentToThePorts();
     void fillingAgainListsEachPortOnce();
@@ -115,20 +113,6 @@ void TestPortList::everyPortIsClosedAgain()
         QSerialPort other(QString::fromStdString(bench.line(port).device()));
         QVERIFY(other.open(QIODevice::ReadWrite));
     }
-}
-
-// Who hears of a port may want it at once.
-void TestPortList::aPortIsClosedBeforeItIsTold()
-{
-    SearchBench bench;
-    bench.line(2);
-    bench.line(3);
-    QList<bool> free;
-    listOpenablePorts([&](const ListedPort &port) {
-        QSerialPort other(QString::fromStdString(bench.line(port.number).device()));
-        free.append(other.open(QIODevice::ReadWrite));
-    });
-    QCOMPARE(free, (QList<bool>{true, true}));
 }
 
 void TestPortList::theListIsDisabledWhileItIsFilled()

@@ -201,6 +201,8 @@ void TestLogger::aFailedOpenLeavesTheFileOffSilently()
     openedLog()->LogEvent(QStringLiteral("s"), QStringLiteral("t"), true, true);
     QVERIFY(!log->isFileActive());
     QCOMPARE(file->opened, 1);
+    QCOMPARE(file->closed, 1);
+    log->WriteToLogFile(QStringLiteral("t"));
     QVERIFY(file->contents.isEmpty());
 }
 

@@ -16,6 +16,7 @@ private slots:
     void aComputedValueAsksAlsoLater();
     void conversions();
     void conversionsFetchTheSpacing();
+    void aSpacingOfOneHertzIsNoMissingOne();
     void presetMemory();
     void theLocaleDoesNotMatter();
 };
@@ -156,6 +157,16 @@ void TestFrequencyPlan::conversionsFetchTheSpacing()
     QCOMPARE(f.unit->StepsToMHz(10), 0.25);
     QCOMPARE(f.unit->MHzToSteps(1), 40.0);
     QCOMPARE(f.sent(), listed("*CHAN SPACE?"));
+}
+
+void TestFrequencyPlan::aSpacingOfOneHertzIsNoMissingOne()
+{
+    UnitFixture f;
+    f.reply("*CHAN SPACE?", "1 Hz");
+    f.connectUnit();
+    QCOMPARE(f.unit->StepsToMHz(5'000'000), 5.0);
+    QCOMPARE(f.unit->MHzToSteps(5), 5e6);
+    QCOMPARE(f.sent(), QStringList());
 }
 
 void TestFrequencyPlan::presetMemory()

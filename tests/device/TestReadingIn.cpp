@@ -12,6 +12,7 @@ private slots:
     void aUnitThatFallsSilentIsGivenUpAfterTwoCommands();
     void oneSilenceIsTakenForABadReply();
     void silencesThatDoNotFollowEachOtherDoNotEndIt();
+    void theSilenceAtAConnectionsEndIsNotTheNextOnesFirst();
     void aSilenceIsToldWhenTheNextCommandIsAnswered();
     void aBadReplyIsToldAtOnce();
     void theSecondBadReplyOfAConnectionIsInTheLogAlone();
@@ -74,6 +75,21 @@ void TestReadingIn::silencesThatDoNotFollowEachOtherDoNotEndIt()
     f.unit->Initialize();
     QVERIFY(f.unit->PortIsOpen());
     QVERIFY(f.events.take().contains(QStringLiteral("DUTChange")));
+}
+
+void TestReadingIn::theSilenceAtAConnectionsEndIsNotTheNextOnesFirst()
+{
+    UnitFixture f;
+    waitOnly(f, 150);
+    f.boxes().acceptAll();
+    f.reply("*STEP?", std::nullopt);
+    f.unit->Initialize();
+    QCOMPARE(f.line.commands().back(), std::string("*STEP?"));
+    QVERIFY(f.unit->PortIsOpen());
+    f.script->clear();
+    f.reply("*LOCK?", std::nullopt);
+    f.unit->Initialize();
+    QVERIFY(f.unit->PortIsOpen());
 }
 
 // It may be the first of two, which end the connection with a box of their own.
