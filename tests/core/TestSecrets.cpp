@@ -87,6 +87,9 @@ void TestSecrets::aShortPasswordIsMaskedWhereItStandsAlone()
     secrets().noteCommand(QStringLiteral("PASSWORD 12"));
     QCOMPARE(secrets().masked(QStringLiteral("*STEP 1250 <12> 12")),
              QStringLiteral("*STEP 1250 <****> ****"));
+    for (const char *inAWord : {"x12", "12x", "x12 "})
+        QCOMPARE(secrets().masked(QString::fromLatin1(inAWord)), QString::fromLatin1(inAWord));
+    QCOMPARE(secrets().masked(QStringLiteral("12")), QStringLiteral("****"));
     // The longer one is not spoilt by the shorter.
     secrets().noteCommand(QStringLiteral("PASSWORD a 12 b"));
     QCOMPARE(secrets().masked(QStringLiteral("[a 12 b]")), QStringLiteral("[****]"));
