@@ -159,10 +159,13 @@ void TestCommPortOpening::aPortThatSomebodyHoldsIsInUse()
     QCOMPARE(second.ComPortStatus(), 2);
     QCOMPARE(second.ComPortStatusString(), QStringLiteral("port_already_in_use"));
     QVERIFY(!second.IsOpen());
+    QVERIFY2(second.OpenFailure().endsWith(QStringLiteral("is open in this program already.")),
+             qPrintable(second.OpenFailure()));
     QVERIFY(on->port->IsOpen());
     on->port->ClosePort();
     QVERIFY(second.InitializePort());
     QCOMPARE(second.ComPortStatus(), 1);
+    QCOMPARE(second.OpenFailure(), QString());
 }
 
 void TestCommPortOpening::aNumberWithoutADeviceTellsToCheckTheCables()
@@ -171,6 +174,7 @@ void TestCommPortOpening::aNumberWithoutADeviceTellsToCheckTheCables()
     on->fixture.boxes.expect(checkCables, 48);
     QVERIFY(!on->port->InitializePort());
     QCOMPARE(on->port->ComPortStatus(), 3);
+    QCOMPARE(on->port->OpenFailure(), QString()); // there is nothing to say about it
 }
 
 void TestCommPortOpening::listedErrorsAreReported_data()
