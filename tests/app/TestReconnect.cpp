@@ -19,6 +19,8 @@ private slots:
     void aDeviceThatReturnsIsConnectedWhenItWasSeenTwice();
     void aGlimpseOfADeviceDoesNotCount();
     void aUnitThatDoesNotAnswerIsTriedOnceAReturnAndNotTold();
+    void anOpenPortAloneIsNotTold();
+    void aUnitThatWasReplacedMeanwhileIsNotTold();
     void somethingElseConnectedEndsTheWaiting();
     void aUnitThatWasLetGoEndsTheWaiting();
     void aSearchIsNotDisturbed();
@@ -175,6 +177,31 @@ void TestReconnect::aUnitThatDoesNotAnswerIsTriedOnceAReturnAndNotTold()
     lost.plugIn();
     Lost::looks(6);
     QCOMPARE(lost.clicks, 2);
+}
+
+// The device is back and its port opens, but the unit behind it is silent.
+void TestReconnect::anOpenPortAloneIsNotTold()
+{
+    Lost lost;
+    lost.bench.silence(port);
+    lost.plugIn();
+    QTRY_COMPARE(lost.clicks, 1);
+    QVERIFY(lost.unit->PortIsOpen());
+    QVERIFY(lost.bench.calls->filter(QStringLiteral("CONNECTED AGAIN")).isEmpty());
+}
+
+void TestReconnect::aUnitThatWasReplacedMeanwhileIsNotTold()
+{
+    Lost lost;
+    lost.bench.rows[2]->onClick = [&lost](FakeChannelRow &) {
+        ++lost.clicks;
+        lost.unit->Initialize();
+        app().currentDevice = lost.bench.bind(3, 6);
+    };
+    lost.plugIn();
+    QTRY_COMPARE(lost.clicks, 1);
+    QVERIFY(lost.unit->PortIsOpen());
+    QVERIFY(lost.bench.calls->filter(QStringLiteral("CONNECTED AGAIN")).isEmpty());
 }
 
 void TestReconnect::somethingElseConnectedEndsTheWaiting()

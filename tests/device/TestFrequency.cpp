@@ -61,6 +61,7 @@ void TestFrequency::queries_data()
     row("steps", maxStep, "*MAX STEP?", "400", "400");
     row("steps, half to even", maxStep, "*MAX STEP?", "400.5", "400");
     row("steps, exponent letter dropped", maxStep, "*MAX STEP?", "1E3", "13");
+    row("one step", maxStep, "*MAX STEP?", "1", "1");
     row("no steps", maxStep, "*MAX STEP?", "0", "0", steps);
     row("negative steps", maxStep, "*MAX STEP?", "-4", "0", steps);
     row("steps with a word", maxStep, "*MAX STEP?", "400 steps", "0", steps);

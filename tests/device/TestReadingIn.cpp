@@ -85,6 +85,7 @@ void TestReadingIn::theSilenceAtAConnectionsEndIsNotTheNextOnesFirst()
     f.reply("*STEP?", std::nullopt);
     f.unit->Initialize();
     QCOMPARE(f.line.commands().back(), std::string("*STEP?"));
+    QCOMPARE(f.boxes().shown().size(), 1);
     QVERIFY(f.unit->PortIsOpen());
     f.script->clear();
     f.reply("*LOCK?", std::nullopt);

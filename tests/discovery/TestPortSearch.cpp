@@ -19,6 +19,7 @@ private slots:
     void aPortThatCannotBeOpenedIsNoAddressedLine();
     void aSilenceThatWasBrokenOffIsNoAddressedLine();
     void aPortThatCannotBeOpenedIsKeptWithItsReason();
+    void aLoopbackIsThatOfTheLastPortAlone();
     void theOutcomeIsWhatWasFound();
     void cancellingEndsTheWaitAndLooksNoFurther();
     void thePortIsFreeWhenAUnitIsTold();
@@ -171,6 +172,18 @@ void TestPortSearch::aPortThatCannotBeOpenedIsKeptWithItsReason()
     QCOMPARE(search.refused().at(0).port, std::int16_t(6));
     QCOMPARE(search.refused().at(0).reason,
              QStringLiteral("/nowhere/ttyUSB7 is not there. Check that it is plugged in."));
+}
+
+void TestPortSearch::aLoopbackIsThatOfTheLastPortAlone()
+{
+    SearchBench bench;
+    bench.line(4).setResponder([](const std::string &command) { return command; });
+    bench.fixture.plug(6, QStringLiteral("/nowhere/ttyUSB7"));
+    PortSearch search;
+    search.probe(4, 0);
+    QVERIFY(search.endedAtLoopback());
+    search.probe(6, 0);
+    QVERIFY(!search.endedAtLoopback());
 }
 
 void TestPortSearch::theOutcomeIsWhatWasFound()
