@@ -4,6 +4,7 @@
 
 #include "app/FakeStartUp.h"
 #include "core/TextStart.h"
+#include "core/TimeStamp.h"
 #include "core/clsLogger.h"
 
 #include <QTemporaryDir>
@@ -37,6 +38,9 @@ private slots:
     void aStartThatFailsSaysWhy_data();
     void aStartThatFailsSaysWhy();
     void afterAFailedFirstStartTheNextOneIsTheFirst();
+    void aFileThatGrewTooLongIsPutAsideAndBegunAnew();
+    void aTimeStampIsKnownByItsPattern_data();
+    void aTimeStampIsKnownByItsPattern();
 
 private:
     QString start() { return log->startFileLogging(folder->path()); }
@@ -174,6 +178,8 @@ void TestLogLines::aStartThatFailsSaysWhy_data()
     QTest::addColumn<QString>("why");
     QTest::addRow("the file") << QStringLiteral("file") << QStringLiteral("/log.txt: no reason");
     QTest::addRow("no folder") << QStringLiteral("folder") << QStringLiteral("Not a directory");
+    QTest::addRow("a file, no folder")
+        << QStringLiteral("a file") << QStringLiteral("Not a directory");
     QTest::addRow("no file at all")
         << QStringLiteral("none") << QStringLiteral("The log has no file.");
 }
@@ -186,8 +192,9 @@ void TestLogLines::aStartThatFailsSaysWhy()
     file->openFails = what == QLatin1String("file");
     if (what == QLatin1String("none"))
         log->setFileMaker({});
-    if (what == QLatin1String("folder")) {
-        path = folder->filePath(QStringLiteral("blocker/below"));
+    if (what == QLatin1String("folder") || what == QLatin1String("a file")) {
+        path = folder->filePath(what == QLatin1String("folder") ? QStringLiteral("blocker/below")
+                                                                : QStringLiteral("blocker"));
         QFile blocker(folder->filePath(QStringLiteral("blocker")));
         QVERIFY(blocker.open(QIODevice::WriteOnly));
     }
@@ -208,6 +215,39 @@ void TestLogLines::afterAFailedFirstStartTheNextOneIsTheFirst()
     file->openFails = false;
     QCOMPARE(start(), QString());
     QVERIFY(file->contents.isEmpty());
+}
+
+void TestLogLines::aFileThatGrewTooLongIsPutAsideAndBegunAnew()
+{
+    QCOMPARE(start(), QString());
+    QFile real(folder->filePath(QStringLiteral("log.txt")));
+    QVERIFY(real.open(QIODevice::WriteOnly));
+    file->contents = QString(clsLogger::longestFile + 1, QLatin1Char('x'));
+    tell(QStringLiteral("next"));
+    QCOMPARE(file->opened, 2);
+    QCOMPARE(file->contents, monitor->sources.last() + QStringLiteral(": next\r\n\r\n"));
+    QVERIFY(QFile::exists(folder->filePath(QStringLiteral("log.old.txt"))));
+}
+
+void TestLogLines::aTimeStampIsKnownByItsPattern_data()
+{
+    QTest::addColumn<QString>("label");
+    QTest::addColumn<QString>("stamp");
+    const QString stamp = QStringLiteral("2026-01-02 03:04:59");
+    QTest::addRow("alone") << stamp << stamp;
+    QTest::addRow("with a source") << stamp + QStringLiteral(" FileOpen") << stamp;
+    QTest::addRow("cut") << stamp.chopped(1) << QString();
+    QTest::addRow("a letter") << QStringLiteral("2026-01-02 03:O4:59") << QString();
+    QTest::addRow("below the digits") << QStringLiteral("2026-01-02 03:/4:59") << QString();
+    QTest::addRow("above the digits") << QStringLiteral("2026-01-02 03::4:59") << QString();
+    QTest::addRow("another mark") << QStringLiteral("2026-01-02T03:04:59") << QString();
+}
+
+void TestLogLines::aTimeStampIsKnownByItsPattern()
+{
+    QFETCH(const QString, label);
+    QFETCH(const QString, stamp);
+    QCOMPARE(timeStampOf(label), stamp);
 }
 
 KELDOX_TEST(TestLogLines)

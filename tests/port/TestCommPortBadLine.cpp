@@ -31,6 +31,7 @@ private slots:
     void aReplyThatLiesThereAtTheDeadlineCounts_data();
     void aReplyThatLiesThereAtTheDeadlineCounts();
     void aReplyWithoutEndEndsTheWait();
+    void aReplyOfTheLongestLengthIsTaken();
     void theLineFeedOfADiscardedReplyIsSwallowed();
 
 private:
@@ -231,6 +232,26 @@ void TestCommPortBadLine::aReplyWithoutEndEndsTheWait()
     QVERIFY(on->port->Buffer().size() > clsCommPort::longestReply);
     QVERIFY(on->port->Buffer().size() < 2 * clsCommPort::longestReply);
     QVERIFY(clock.elapsed() < 30000);
+}
+
+void TestCommPortBadLine::aReplyOfTheLongestLengthIsTaken()
+{
+    on->openWithReply(std::nullopt);
+    on->port->settimeOutMs(60000);
+    QTimer slow;
+    constexpr int pieces = 32;
+    const std::string piece(clsCommPort::longestReply / pieces, 'x');
+    int sent = 0;
+    connect(&slow, &QTimer::timeout, this, [&] {
+        if (sent < pieces)
+            on->line.send(piece);
+        else if (on->port->Buffer().size() == clsCommPort::longestReply)
+            on->line.send("\r");
+        ++sent;
+    });
+    slow.start(1);
+    QVERIFY(exchange("*ID?\r"));
+    QCOMPARE(on->port->Buffer().size(), clsCommPort::longestReply + 1);
 }
 
 void TestCommPortBadLine::theLineFeedOfADiscardedReplyIsSwallowed()
