@@ -10,6 +10,7 @@ class TestReadingIn : public QObject
 
 private slots:
     void aUnitThatFallsSilentIsGivenUpAfterTwoCommands();
+    void withoutDisplayedErrorsItIsGivenUpWithoutABox();
     void oneSilenceIsTakenForABadReply();
     void silencesThatDoNotFollowEachOtherDoNotEndIt();
     void theSilenceAtAConnectionsEndIsNotTheNextOnesFirst();
@@ -17,6 +18,7 @@ private slots:
     void aBadReplyIsToldAtOnce();
     void theSecondBadReplyOfAConnectionIsInTheLogAlone();
     void aConnectionThatIsBrokenOffEndsAtOnceWithoutABox();
+    void aSilenceBeforeItWasBrokenOffIsNotTold();
     void whatWasMissedIsReadAtTheNextConnection_data();
     void whatWasMissedIsReadAtTheNextConnection();
 
@@ -49,6 +51,18 @@ void TestReadingIn::aUnitThatFallsSilentIsGivenUpAfterTwoCommands()
     for (const std::string &command : f.line.commands())
         commands.append(QString::fromStdString(command));
     QCOMPARE(commands, listed("*ID?|*LOCK?|*REVISION?"));
+}
+
+void TestReadingIn::withoutDisplayedErrorsItIsGivenUpWithoutABox()
+{
+    UnitFixture f;
+    waitOnly(f, 150);
+    f.unit->setDisplayErrors(false);
+    f.reply("*REVISION?", std::nullopt);
+    f.reply("*START FREQ?", std::nullopt);
+    f.unit->Initialize();
+    QVERIFY(!f.unit->PortIsOpen());
+    QVERIFY(f.boxes().shown().isEmpty());
 }
 
 void TestReadingIn::oneSilenceIsTakenForABadReply()
@@ -151,6 +165,22 @@ void TestReadingIn::aConnectionThatIsBrokenOffEndsAtOnceWithoutABox()
     f.script->clear();
     QVERIFY(f.unit->Initialize());
     QVERIFY(f.unit->PortIsOpen());
+}
+
+void TestReadingIn::aSilenceBeforeItWasBrokenOffIsNotTold()
+{
+    UnitFixture f;
+    waitOnly(f, 400);
+    f.reply("*REVISION?", std::nullopt);
+    f.line.setListener([&f](bool fromUnit, const std::string &text) {
+        if (!fromUnit && text == "*START FREQ?")
+            QMetaObject::invokeMethod(f.unit.get(), [&f] { f.unit->cancelInitialize(); });
+    });
+    f.reply("*START FREQ?", std::nullopt);
+    f.unit->Initialize();
+    f.line.setListener({});
+    QVERIFY(!f.unit->PortIsOpen());
+    QVERIFY(f.boxes().shown().isEmpty());
 }
 
 void TestReadingIn::whatWasMissedIsReadAtTheNextConnection_data()
