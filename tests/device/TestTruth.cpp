@@ -189,6 +189,7 @@ void TestTruth::whatANewUnitDoesNotTellIsNotTheOldOnes()
     f.unit->setPelltrimCal(50);
     QCOMPARE(f.unit->Pelltrim(), 40);
     QCOMPARE(f.unit->PelltrimCal(), 50);
+    QVERIFY(f.unit->HasBypass());
     f.unit->setDisplayErrors(false);
     f.line.setFault(sim::Fault::Unplug);
     f.unit->Locked();
@@ -197,7 +198,7 @@ void TestTruth::whatANewUnitDoesNotTellIsNotTheOldOnes()
     again.setResponder([unit = std::make_shared<sim::SimulatedUnit>(unitWithFirmware("3.38"))](
                            const std::string &command) -> std::optional<std::string> {
         if (command == "*START FREQ?" || command == "*MAX STEP?" || command == "*ATTN?" ||
-            command == "*ZNSE?" || command == "*ZNCA?")
+            command == "*ZNSE?" || command == "*ZNCA?" || command == "*BYP_?")
             return "x@";
         return unit->answer(command);
     });
@@ -208,6 +209,7 @@ void TestTruth::whatANewUnitDoesNotTellIsNotTheOldOnes()
     QCOMPARE(f.unit->atten(), 0.0);
     QCOMPARE(f.unit->Pelltrim(), 128); // the middle, as of a unit that never told
     QCOMPARE(f.unit->PelltrimCal(), 128);
+    QVERIFY(!f.unit->HasBypass());
 }
 
 void TestTruth::aMissingValueYieldsNoFrequency_data()
