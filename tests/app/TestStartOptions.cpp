@@ -32,6 +32,7 @@ void TestStartOptions::placesAreRead_data()
     QTest::addColumn<QString>("place");
     QTest::addColumn<int>("port");
     QTest::addColumn<int>("address");
+    QTest::addRow("COM1:1") << QStringLiteral("COM1:1") << 1 << 1;
     QTest::addRow("COM5") << QStringLiteral("COM5") << 5 << 0;
     QTest::addRow("com255") << QStringLiteral("com255") << 255 << 0;
     QTest::addRow("5") << QStringLiteral("5") << 5 << 0;

@@ -21,6 +21,7 @@ private slots:
     void aSilenceBeforeItWasBrokenOffIsNotTold();
     void whatWasMissedIsReadAtTheNextConnection_data();
     void whatWasMissedIsReadAtTheNextConnection();
+    void aBadReplyAfterTheReadingMissesNothing();
 
 private:
     // The time-out of the first connection can be handed in where the port is in event mode.
@@ -213,6 +214,20 @@ void TestReadingIn::whatWasMissedIsReadAtTheNextConnection()
     QCOMPARE(again.contains(asked), !command.isEmpty());
     QCOMPARE(f.unit->StartFreq(), 100.0);
     QVERIFY(f.unit->HasBypass());
+}
+
+void TestReadingIn::aBadReplyAfterTheReadingMissesNothing()
+{
+    UnitFixture f;
+    f.connectUnit();
+    f.unit->setDisplayErrors(false);
+    f.reply("*CHAN SPACE?", "x@");
+    f.unit->ChannelSpacing();
+    QCOMPARE(f.sent(), listed("*CHAN SPACE?"));
+    f.script->clear();
+    f.line.clearCommands();
+    QVERIFY(f.unit->Initialize());
+    QVERIFY(!f.sent().contains(QStringLiteral("*START FREQ?")));
 }
 
 KELDOX_TEST(TestReadingIn)
