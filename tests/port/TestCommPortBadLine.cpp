@@ -243,11 +243,9 @@ void TestCommPortBadLine::aReplyOfTheLongestLengthIsTaken()
     const std::string piece(clsCommPort::longestReply / pieces, 'x');
     int sent = 0;
     connect(&slow, &QTimer::timeout, this, [&] {
-        if (sent < pieces)
-            on->line.send(piece);
-        else if (on->port->Buffer().size() == clsCommPort::longestReply)
-            on->line.send("\r");
-        ++sent;
+        const bool isWhole = on->port->Buffer().size() == clsCommPort::longestReply;
+        if (sent < pieces || (sent == pieces && isWhole))
+            on->line.send(sent++ < pieces ? piece : "\r");
     });
     slow.start(1);
     QVERIFY(exchange("*ID?\r"));
