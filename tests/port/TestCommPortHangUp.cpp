@@ -41,6 +41,7 @@ private:
 
 void TestCommPortHangUp::init()
 {
+    on.reset(); // nothing cleans up after an init that failed
     on = std::make_unique<CommPortOnLine>();
     on->port->settimeOutMs(20000);
     on->openWithReply({});
