@@ -210,14 +210,13 @@ void TestPortSearch::cancellingEndsTheWaitAndLooksNoFurther()
     bench.silence(2);
     bench.unit(7);
     PortSearch search;
-    waitOnly(search, 30'000);
     const QSignalSpy cancelled(&search, &PortSearch::Cancelled);
     const QSignalSpy looking(&search, &PortSearch::LookingAt);
     QTimer::singleShot(50, &search, [&] { search.cancel(); });
     QElapsedTimer clock;
     clock.start();
     search.searchAllPorts();
-    QVERIFY2(clock.elapsed() < 15'000, qPrintable(QString::number(clock.elapsed())));
+    QVERIFY2(clock.elapsed() < 1500, qPrintable(QString::number(clock.elapsed()))); // of 1,900
     QVERIFY(search.isCancelled());
     QCOMPARE(cancelled.count(), 1);
     QCOMPARE(looking.count(), 2);

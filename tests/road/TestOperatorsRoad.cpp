@@ -264,7 +264,7 @@ void TestOperatorsRoad::closingTheMainWindowEndsAWaitAtOnce()
     typeInto(control<QLineEdit>(mainName, "txtCurrentFreq"), QStringLiteral("130"));
     QVERIFY(EventQueue::ending());
     QVERIFY(sinceClose.isValid());
-    QVERIFY2(sinceClose.elapsed() < 1000, qPrintable(QString::number(sinceClose.elapsed())));
+    QVERIFY2(sinceClose.elapsed() < 200, qPrintable(QString::number(sinceClose.elapsed())));
 }
 
 KELDOX_TEST(TestOperatorsRoad)
