@@ -104,14 +104,14 @@ PseudoTerminal::PseudoTerminal()
         checked(fcntl(master_, F_SETFL, O_NONBLOCK), "fcntl");
         watch_ = watchOf(device_);
     } catch (...) {
-        hangUp();
+        closeAll();
         throw;
     }
 }
 
 PseudoTerminal::~PseudoTerminal()
 {
-    hangUp();
+    closeAll();
 }
 
 std::string PseudoTerminal::read() const
@@ -143,11 +143,18 @@ std::size_t PseudoTerminal::write(const std::string &bytes) const
     return done;
 }
 
+// The own slave side stays open: as long as it does, the system gives the number to no other
+// terminal, and a program that waits for this device to come back does not meet a stranger's.
 void PseudoTerminal::hangUp()
 {
     closeIfOpen(watch_);
-    closeIfOpen(slave_);
     closeIfOpen(master_);
+}
+
+void PseudoTerminal::closeAll()
+{
+    hangUp();
+    closeIfOpen(slave_);
 }
 
 void PseudoTerminal::readWatch()

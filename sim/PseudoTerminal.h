@@ -22,6 +22,7 @@ public:
 
     std::string read() const;                          ///< what is there; never waits
     std::size_t write(const std::string &bytes) const; ///< how many went; never waits
+    /// The device vanishes for the program; its name is nobody else's until this object ends.
     void hangUp();
     /// Counts who has the device open. When the last one has left, a lock that it put on the device
     /// goes with it, as on a real port: the own slave side, kept open, would preserve it for ever.
@@ -29,6 +30,8 @@ public:
     int openCount() const { return openCount_; } ///< other than the own slave side
 
 private:
+    void closeAll();
+
     std::string device_;
     int master_ = -1;
     int slave_ = -1;

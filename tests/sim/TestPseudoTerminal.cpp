@@ -23,6 +23,7 @@ private slots:
     void lockOfAProgramGoesWithIt();
     void terminalThatIsStillLockedIsPassedOver();
     void unplugHangsUp();
+    void nameOfAnUnpluggedOneStaysItsOwn();
     void unplugFromTheResponderHangsUp();
     void destructionHangsUp();
     void idleLineTakesNoTime();
@@ -97,6 +98,26 @@ void TestPseudoTerminal::unplugHangsUp()
     QVERIFY(!TerminalPeer(device).isOpen());
     line.unplug();
     line.send("x");
+}
+
+// A program that waits for the device's return would open whatever got its name.
+void TestPseudoTerminal::nameOfAnUnpluggedOneStaysItsOwn()
+{
+    std::vector<std::unique_ptr<SimulatedLine>> unplugged;
+    QStringList names;
+    for (int i = 0; i < 3; ++i) { // others take and leave numbers meanwhile
+        unplugged.push_back(std::make_unique<SimulatedLine>());
+        names.append(QString::fromStdString(unplugged.back()->device()));
+        unplugged.back()->unplug();
+    }
+    names.removeDuplicates();
+    QCOMPARE(names.size(), 3);
+    std::vector<std::unique_ptr<SimulatedLine>> others;
+    for (int i = 0; i < 3; ++i) {
+        others.push_back(std::make_unique<SimulatedLine>());
+        QVERIFY2(!names.contains(QString::fromStdString(others.back()->device())),
+                 others.back()->device().c_str());
+    }
 }
 
 void TestPseudoTerminal::unplugFromTheResponderHangsUp()
