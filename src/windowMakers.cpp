@@ -25,28 +25,25 @@ static clsChannel::HostSource hostSource(const ChannelsWindow &window)
     };
 }
 
-// A window that comes back where it was left; before that, one no larger than its screen.
-template <class Window> static std::shared_ptr<Window> placed(const char *name)
-{
-    auto window = std::make_shared<Window>();
-    window->resize(withinScreen(*window, window->size()));
-    WindowPlace::keep(*window, QString::fromLatin1(name));
-    return window;
-}
-
 WindowMakers windowMakers()
 {
     const auto channels = std::make_shared<std::weak_ptr<frmChannels>>();
     WindowMakers makers;
     makers.splash = [] { return std::make_unique<frmSplash>(); };
-    makers.mainWindow = [] { return placed<frmMain_KeldoX2>("main"); };
+    makers.mainWindow = [] {
+        auto window = std::make_shared<frmMain_KeldoX2>();
+        WindowPlace::keep(*window, QStringLiteral("main"));
+        return window;
+    };
     makers.channelsWindow = [channels] {
-        auto window = placed<frmChannels>("channels");
+        auto window = std::make_shared<frmChannels>();
+        window->keepPlaceAs(QStringLiteral("channels"));
         *channels = window;
         return window;
     };
     makers.ioMonitor = [] {
-        auto window = placed<frmIODaemon>("monitor");
+        auto window = std::make_shared<frmIODaemon>();
+        window->keepPlaceAs(QStringLiteral("monitor"));
         ScrollPane::wrap(*window);
         return window;
     };

@@ -96,7 +96,8 @@ void WindowPlace::restore()
     if (!place || !canBeReached(*place))
         return;
     m_window->move(place->topLeft());
-    m_window->resize(withinScreen(*m_window, place->size()));
+    const QSize size = place->size() + QSize(0, passingHeight(*m_window)); // kept without it
+    m_window->resize(withinScreen(*m_window, size));
     if (words.value(4) == QLatin1String("maximized"))
         m_window->setWindowState(m_window->windowState() | Qt::WindowMaximized);
 }

@@ -5,8 +5,7 @@
 #include "app/Views.h"
 #include "ui/channels/ChannelControls.h"
 #include "ui/channels/ChannelsHost.h"
-
-#include <QMainWindow>
+#include "widgets/LateWindow.h"
 
 #include <cstdint>
 #include <memory>
@@ -19,7 +18,7 @@ class QTabWidget;
 class clsChannel;
 class clsKeldoX;
 
-class frmChannels : public QMainWindow,
+class frmChannels : public LateWindow,
                     public ChannelsView,
                     public ChannelsHost,
                     public std::enable_shared_from_this<frmChannels>
@@ -77,6 +76,8 @@ public:
     void Form_KeyPress(int character);
 
 protected:
+    void layOut() override;
+    QSize firstSize() const override { return sizeHint(); }
     void keyPressEvent(QKeyEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
 
@@ -109,7 +110,7 @@ private:
     void buildAttenuations(QGridLayout &grid, int index);
     void buildAGC(QGridLayout &grid, int index);
     void buildBypass(QGridLayout &grid, int index);
-    void alignTabs(const QList<QGridLayout *> &grids);
+    void alignTabs();
     void buildStatusBar();
     void connectControls(int index);
     void connectBoxes(int index);
@@ -123,6 +124,7 @@ private:
     void mDevice_DUTChange();
 
     ChannelControls m_controls;
+    QList<QGridLayout *> m_grids;                    // of the tabs
     QMap<int, std::weak_ptr<clsChannel>> m_channels; // by the index of their row
     ColumnLabels m_labels;
     QTabWidget *tabsChannels = nullptr;

@@ -12,6 +12,8 @@
 #include <QProgressBar>
 #include <QTabWidget>
 
+#include <array>
+
 namespace {
 
 enum Column {
@@ -42,7 +44,6 @@ QLineEdit *makeBox(QWidget *page, const QString &name, const QString &tip)
     box->setAccessibleName(name);
     box->setToolTip(tip);
     box->setAlignment(Qt::AlignRight);
-    box->setMinimumWidth(box->fontMetrics().horizontalAdvance(QStringLiteral("1234.56789")));
     // As wide as its column, which is alike on tabs with and without rows.
     box->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
     return box;
@@ -79,6 +80,15 @@ void addCell(QGridLayout &grid, int row, int column, std::initializer_list<QWidg
     grid.addLayout(cell, row, column);
 }
 
+std::array<QWidget *, 13> controlsOfRow(const ChannelRowControls &row)
+{
+    return {row.optPortNum,        row.lblPortNum,   row.txtChanFreq,
+            row.txtChanAtten,      row.udAtten,      row.lbldB,
+            row.txtChanInputAtten, row.udInputAtten, row.chkChanAGC,
+            row.txtChanAGCoffset,  row.udAGCOffset,  row.lblAGCdB,
+            row.chkChanBYP};
+}
+
 int rowOnPage(int index)
 {
     return firstRow + (index - 1) % channelsPerTab;
@@ -96,13 +106,11 @@ void frmChannels::buildTabs()
     const QStringList captions{QStringLiteral("Channels 1 - 4"), QStringLiteral("Channels 5 - 8"),
                                QStringLiteral("Channels 9 - 12"),
                                QStringLiteral(" Channels 13 - 16")};
-    QList<QGridLayout *> grids;
     for (int tab = 0; tab < channelTabs; ++tab) {
-        grids.append(buildPage(tab));
-        auto *pane = new ScrollPane(grids.last()->parentWidget()->parentWidget(), tabsChannels);
+        m_grids.append(buildPage(tab));
+        auto *pane = new ScrollPane(m_grids.last()->parentWidget()->parentWidget(), tabsChannels);
         tabsChannels->addTab(pane, captions.at(tab));
     }
-    alignTabs(grids);
     for (int index = 1; index <= channelCount; ++index)
         hideRow(index);
     setCentralWidget(tabsChannels);
@@ -181,7 +189,6 @@ void frmChannels::buildPort(QGridLayout &grid, int index)
     m_controls.optPortNum.insert(index, option);
     m_controls.portOptions->add(index, option);
     QLabel *port = makeLabel(page, QString());
-    port->setMinimumWidth(port->fontMetrics().horizontalAdvance(QStringLiteral("COM255:")));
     m_controls.lblPortNum.insert(index, port);
     addCell(grid, rowOnPage(index), PortColumn, {option, port});
 }
@@ -240,21 +247,45 @@ void frmChannels::buildBypass(QGridLayout &grid, int index)
     grid.addWidget(check, rowOnPage(index), BypassColumn, Qt::AlignCenter);
 }
 
+void frmChannels::layOut()
+{
+    const int boxWidth = fontMetrics().horizontalAdvance(QStringLiteral("1234.56789"));
+    const int portWidth = fontMetrics().horizontalAdvance(QStringLiteral("COM255:"));
+    for (int index = 1; index <= channelCount; ++index) {
+        const ChannelRowControls row = rowOf(m_controls, index);
+        for (QLineEdit *box :
+             {row.txtChanFreq, row.txtChanAtten, row.txtChanInputAtten, row.txtChanAGCoffset})
+            box->setMinimumWidth(boxWidth);
+        row.lblPortNum->setMinimumWidth(portWidth);
+    }
+    alignTabs();
+}
+
 // Every tab gets the column widths and row heights of a full one, so that nothing moves when rows
 // come and go or another tab is shown.
-void frmChannels::alignTabs(const QList<QGridLayout *> &grids)
+void frmChannels::alignTabs()
 {
-    const QGridLayout *full = grids.first();
+    QList<QWidget *> hidden;
+    for (QWidget *control : controlsOfRow(rowOf(m_controls, 1)))
+        if (control->isHidden())
+            hidden.append(control);
+    for (QWidget *control : hidden) // without a size as long as they are
+        control->setVisible(true);
+    const QGridLayout *full = m_grids.first();
     const int rowHeight = full->itemAtPosition(firstRow, AttenColumn)->sizeHint().height();
-    for (QGridLayout *grid : grids) {
-        for (int column = 0; column < ColumnCount; ++column) {
-            const int header = full->itemAtPosition(headerRow, column)->sizeHint().width();
-            const int cell = full->itemAtPosition(firstRow, column)->minimumSize().width();
+    for (int column = 0; column < ColumnCount; ++column) {
+        const int header = full->itemAtPosition(headerRow, column)->sizeHint().width();
+        const int cell = full->itemAtPosition(firstRow, column)->minimumSize().width();
+        const bool isBox = column == FreqColumn || column == AttenColumn ||
+                           column == InputAttenColumn || column == AGCOffsetColumn;
+        for (QGridLayout *grid : m_grids) {
             grid->setColumnMinimumWidth(column, qMax(header, cell));
-            const bool isBox = column == FreqColumn || column == AttenColumn ||
-                               column == InputAttenColumn || column == AGCOffsetColumn;
             grid->setColumnStretch(column, isBox ? 1 : 0);
         }
+    }
+    for (QWidget *control : hidden)
+        control->setVisible(false);
+    for (QGridLayout *grid : m_grids) {
         for (int row = firstRow; row < firstRow + channelsPerTab; ++row)
             grid->setRowMinimumHeight(row, rowHeight);
         QWidget *content = grid->parentWidget();
@@ -264,15 +295,7 @@ void frmChannels::alignTabs(const QList<QGridLayout *> &grids)
 
 void frmChannels::hideRow(int index)
 {
-    const ChannelRowControls row = rowOf(m_controls, index);
-    for (QWidget *control :
-         {static_cast<QWidget *>(row.optPortNum), static_cast<QWidget *>(row.lblPortNum),
-          static_cast<QWidget *>(row.txtChanFreq), static_cast<QWidget *>(row.txtChanAtten),
-          static_cast<QWidget *>(row.udAtten), static_cast<QWidget *>(row.lbldB),
-          static_cast<QWidget *>(row.txtChanInputAtten), static_cast<QWidget *>(row.udInputAtten),
-          static_cast<QWidget *>(row.chkChanAGC), static_cast<QWidget *>(row.txtChanAGCoffset),
-          static_cast<QWidget *>(row.udAGCOffset), static_cast<QWidget *>(row.lblAGCdB),
-          static_cast<QWidget *>(row.chkChanBYP)})
+    for (QWidget *control : controlsOfRow(rowOf(m_controls, index)))
         control->setVisible(false);
 }
 

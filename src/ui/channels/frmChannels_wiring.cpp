@@ -6,7 +6,6 @@
 #include "ui/channels/clsChannel.h"
 #include "widgets/EntryEvents.h"
 #include "widgets/SearchStrip.h"
-#include "widgets/WindowPlace.h"
 
 #include <QEvent>
 #include <QKeyEvent>
@@ -21,7 +20,6 @@ frmChannels::frmChannels()
     m_strip = new SearchStrip(this);
     connect(m_strip, &SearchStrip::Cancelled, this, &cancelRunning);
     addShortcuts();
-    resize(withinScreen(*this, sizeHint()));
     for (int index = 1; index <= channelCount; ++index) {
         connectControls(index);
         connectBoxes(index);

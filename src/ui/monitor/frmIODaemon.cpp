@@ -39,11 +39,9 @@ static QFont fixedFont()
 frmIODaemon::frmIODaemon() : m_ui(std::make_unique<Ui::frmIODaemon>())
 {
     m_ui->setupUi(this);
-    m_ui->Text1->setFont(fixedFont());
     for (QMenu *menu : {m_ui->mnuCommand, m_ui->mnuDebug, m_ui->mnuHelp})
         menu->setToolTipsVisible(true);
     m_ui->findStrip->setPane(m_ui->Text1);
-    resizeToFont();
     m_paintTimer.setSingleShot(true);
     connect(&m_paintTimer, &QTimer::timeout, this, &frmIODaemon::paintText);
     connect(m_ui->cmdClear, &QPushButton::clicked, this, &frmIODaemon::cmdClear_Click);
@@ -62,12 +60,17 @@ frmIODaemon::frmIODaemon() : m_ui(std::make_unique<Ui::frmIODaemon>())
 frmIODaemon::~frmIODaemon() = default;
 
 // So many lines of so many characters, whatever the size of the font.
-void frmIODaemon::resizeToFont()
+QSize frmIODaemon::firstSize() const
 {
     const QFontMetrics metrics(m_ui->Text1->font());
     const QSize wanted(metrics.averageCharWidth() * firstColumns,
                        metrics.lineSpacing() * firstLines);
-    resize(wanted.boundedTo(screen()->availableSize() * 0.9));
+    return wanted.boundedTo(screen()->availableSize() * 0.9);
+}
+
+void frmIODaemon::layOut()
+{
+    m_ui->Text1->setFont(fixedFont());
 }
 
 void frmIODaemon::load()

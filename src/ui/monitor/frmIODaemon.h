@@ -5,9 +5,9 @@
 #include "app/Views.h"
 #include "platform/PortWatcher.h"
 #include "ui/monitor/DisplayText.h"
+#include "widgets/LateWindow.h"
 
 #include <QElapsedTimer>
-#include <QMainWindow>
 #include <QStringList>
 #include <QTimer>
 
@@ -20,7 +20,7 @@ class frmIODaemon;
 class QComboBox;
 class clsSeeker;
 
-class frmIODaemon : public QMainWindow, public IOMonitorView
+class frmIODaemon : public LateWindow, public IOMonitorView
 {
     Q_OBJECT
 
@@ -47,12 +47,13 @@ public:
     static QString withoutEscapes(const QString &command);
 
 protected:
+    void layOut() override;
+    QSize firstSize() const override;
     void showEvent(QShowEvent *event) override;
     void closeEvent(QCloseEvent *event) override; // closes its port and hides
 
 private:
     void append(const QString &source, const QString &text);
-    void resizeToFont();
     QString prefixOf(const QString &source) const;
     void paintSoon();
     void paintText();

@@ -24,6 +24,8 @@ private slots:
     void tabGoesInReadingOrder();
     void markupFromAUnitIsShownAsItIs();
     void itComesBackWhereItWasLeft();
+    void itIsFirstShownWhole();
+    void firstShownInASearchItEndsAsWide();
 };
 
 static QAccessibleInterface *heard(QObject *control)
@@ -226,7 +228,36 @@ void TestChannelsReach::itComesBackWhereItWasLeft()
     b.window->close();
     const auto again = windowMakers().channelsWindow();
     const auto *window = dynamic_cast<QWidget *>(again.get());
+    again->show();
     QCOMPARE(QRect(window->pos(), window->size()), QRect(60, 70, 500, 300));
+}
+
+static bool isScrolled(const QWidget &window)
+{
+    for (const auto *area : window.findChildren<QScrollArea *>())
+        if (area->isVisible() &&
+            (area->horizontalScrollBar()->isVisible() || area->verticalScrollBar()->isVisible()))
+            return true;
+    return false;
+}
+
+void TestChannelsReach::itIsFirstShownWhole()
+{
+    const ChannelsBench b;
+    QCOMPARE(b.window->size(), b.window->sizeHint());
+    QVERIFY(!isScrolled(*b.window));
+}
+
+// The strip stands in the window before anybody has seen it, and goes in front of everybody.
+void TestChannelsReach::firstShownInASearchItEndsAsWide()
+{
+    const ChannelsBench b(false);
+    b.window->showProgressLine(QStringLiteral("Looking at COM7."));
+    b.window->show();
+    QVERIFY(!isScrolled(*b.window));
+    b.window->showProgressLine({});
+    QCOMPARE(b.window->size(), b.window->sizeHint());
+    QVERIFY(!isScrolled(*b.window));
 }
 
 KELDOX_TEST(TestChannelsReach)

@@ -61,6 +61,7 @@ void TestWindowsComeBack::eachWindowComesBack()
                  .arg(place.width())
                  .arg(place.height()));
     const auto again = made(name);
+    again->show();
     QCOMPARE(QRect(again->pos(), again->size()), place);
 }
 
@@ -70,8 +71,8 @@ void TestWindowsComeBack::theMonitorScrollsOnASmallScreen()
     fixture.boxes.acceptAll(); // it finds no ports
     const auto window = made(QStringLiteral("monitor"));
     const QSize screen = window->screen()->availableGeometry().size();
-    QVERIFY(window->width() <= screen.width() && window->height() <= screen.height());
     window->show();
+    QVERIFY(window->width() <= screen.width() && window->height() <= screen.height());
     const QSize room(384, 250); // 800 by 600 at 200 %
     window->resize(room);
     QTest::qWait(1);

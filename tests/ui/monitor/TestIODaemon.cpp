@@ -18,6 +18,7 @@ private slots:
     void cutBeyond8000Characters();
     void aBareLineBreakIsNotCutBehind();
     void bareLineBreaksAloneDoNotGrowForEver();
+    void itsFirstSizeFollowsTheFontOfItsLines();
     void theNewestLineIsInView();
     void paintedAtOnceWhenShown();
     void paintedWhileVisible();
@@ -112,6 +113,23 @@ void TestIODaemon::bareLineBreaksAloneDoNotGrowForEver()
     for (int i = 0; i < 100000; ++i)
         window.Display(QString(), QStringLiteral("\r\n"));
     QVERIFY(window.displayText().size() <= 2 * frmIODaemon::displayLimit);
+}
+
+void TestIODaemon::itsFirstSizeFollowsTheFontOfItsLines()
+{
+    const Machine machine;
+    frmIODaemon window;
+    window.show();
+    const QFont font = text1(window)->font();
+    QVERIFY(QFontInfo(font).fixedPitch());
+    QVERIFY(font.pointSizeF() >= QApplication::font().pointSizeF());
+    const QSize wanted(QFontMetrics(font).averageCharWidth() * 100,
+                       QFontMetrics(font).lineSpacing() * 28);
+    QCOMPARE(window.size(), withinScreen(window, wanted));
+    window.hide();
+    window.resize(500, 300);
+    window.show(); // and only the first
+    QCOMPARE(window.size(), QSize(500, 300));
 }
 
 void TestIODaemon::theNewestLineIsInView()
