@@ -2,13 +2,16 @@
 // start-up to a usable main window.
 #include "bench/Bench.h"
 
+#include "app/PoliteEnd.h"
 #include "app/modMain_KeldoX2.h"
 #include "app/modSearchPorts.h"
 #include "core/DebugSwitches.h"
+#include "platform/Application.h"
 #include "platform/EventQueue.h"
 #include "platform/PortDirectory.h"
 #include "platform/TestHooks.h"
 #include "sim/SimulatedLine.h"
+#include "ui/main/ProgramIcon.h"
 #include "widgets/MessageBox.h"
 #include "windowMakers.h"
 
@@ -268,6 +271,10 @@ void benchStart(Report &report)
 int runStartChild(int argc, char **argv)
 {
     QApplication application(argc, argv);
+    QApplication::setApplicationName(applicationTitle());
+    QApplication::setWindowIcon(programIcon());
+    const PoliteEnd politeEnd;
+    installMessageBoxes();
     const char *start = argv[2];
     QObject::connect(&app().guard(), &EventGuard::changed, &application, [start](bool up) {
         if (up) {

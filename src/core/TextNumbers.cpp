@@ -31,6 +31,8 @@ struct Parsed
 
 Parsed parseStart(const QString &text)
 {
+    if (text.isEmpty()) // as most presets are at start: half a megabyte of patterns is not loaded
+        return {};
     if (const auto hex = hexNumber().match(text); hex.hasMatch())
         return {static_cast<double>(hex.captured(1).toUInt(nullptr, 16)), hex.capturedLength()};
     const auto decimal = decimalNumber().match(text);

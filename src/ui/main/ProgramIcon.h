@@ -3,4 +3,5 @@
 
 #include <QIcon>
 
+// For the screens that there are; the application object has been made.
 QIcon programIcon();

@@ -56,16 +56,21 @@ void frmMain_KeldoX2::bindControls()
 
 static const double heroScale = 2.6; // of the window's own font, and at most three times that
 
+int frmMain_KeldoX2::smallestFrequencyPixels() const
+{
+    return static_cast<int>(QFontInfo(font()).pixelSize() * heroScale);
+}
+
 // The digits fill their box: the current frequency is read across the room.
 void frmMain_KeldoX2::fitFrequencyFont()
 {
     QLineEdit *box = m_ui->txtCurrentFreq;
-    const double smallest = QFontInfo(font()).pixelSize() * heroScale;
+    const int smallest = smallestFrequencyPixels();
     QFont large = box->font();
-    large.setPixelSize(100);
+    large.setPixelSize(smallest);
     const double widest = QFontMetrics(large).horizontalAdvance(QStringLiteral("0000.0000000"));
-    const double fitting = std::min(box->height() * 0.62, box->width() * 100 / widest);
-    large.setPixelSize(static_cast<int>(std::clamp(fitting, smallest, smallest * 3)));
+    const double fitting = std::min(box->height() * 0.62, box->width() * smallest / widest);
+    large.setPixelSize(std::clamp(static_cast<int>(fitting), smallest, smallest * 3));
     if (large != box->font())
         box->setFont(large);
 }
@@ -73,7 +78,7 @@ void frmMain_KeldoX2::fitFrequencyFont()
 void frmMain_KeldoX2::styleControls()
 {
     QFont large = font();
-    large.setPixelSize(static_cast<int>(QFontInfo(font()).pixelSize() * heroScale));
+    large.setPixelSize(smallestFrequencyPixels());
     large.setWeight(QFont::DemiBold);
     m_ui->txtCurrentFreq->setFont(large);
     // Fixed here, so that the window can be made small again after the digits have grown.
@@ -171,15 +176,22 @@ void frmMain_KeldoX2::Form_Activate()
     if (!m_firstActivation || !isVisible())
         return;
     m_firstActivation = false;
+    // An hourglass is seen from the next turn of the event queue on. Until then it is not set: a
+    // theme's animated one takes longer to load than all that is done here.
+    QTimer hourglass;
+    hourglass.setSingleShot(true);
+    connect(&hourglass, &QTimer::timeout, this, [this] { setCursor(Qt::WaitCursor); });
     resumeNext(
-        "frmMain.Form_Activate", [this] { setCursor(Qt::WaitCursor); },
-        [this] { m_polling->begin(); },
+        "frmMain.Form_Activate", [&] { hourglass.start(0); }, [this] { m_polling->begin(); },
         [this] {
             m_tuning->allowSliderEvents();
             app().guard().set(true);
         },
         [this] { setFocus(); }, // not in a display that happens to be first
-        [this] { unsetCursor(); });
+        [&] {
+            hourglass.stop();
+            unsetCursor();
+        });
 }
 
 void frmMain_KeldoX2::closeEvent(QCloseEvent *event)

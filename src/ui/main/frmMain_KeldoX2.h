@@ -75,6 +75,7 @@ private:
     void Form_Unload();
     void bindControls();
     void styleControls();
+    int smallestFrequencyPixels() const;
     void fitFrequencyFont();
     void disableUnitControls();
     void focusFrequency();
