@@ -73,6 +73,8 @@ bool hasLockFile(const std::string &device)
     });
 }
 
+constexpr std::size_t mostPassedOver = 64; // killed programs' locks stay for as long as nobody asks
+
 // A program closes a port first and removes its lock file then: in between the number is free, and
 // a new terminal of that number would be found in use. One that a killed program left behind is
 // passed over too.
@@ -81,7 +83,8 @@ int openMaster()
     std::vector<int> masters;
     do
         masters.push_back(posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC));
-    while (masters.back() >= 0 && hasLockFile(deviceOf(masters.back())) && masters.size() < 8);
+    while (masters.back() >= 0 && hasLockFile(deviceOf(masters.back())) &&
+           masters.size() < mostPassedOver);
     const int taken = checked(masters.back(), "posix_openpt");
     masters.pop_back();
     for (int &passedOver : masters) // kept until now, so that nobody got their numbers

@@ -8,6 +8,7 @@
 #include "core/TextStart.h"
 #include "core/TimeStamp.h"
 #include "discovery/clsSeeker.h"
+#include "ui_MonitorPane.h"
 #include "ui_frmIODaemon.h"
 #include "widgets/FileChooser.h"
 
@@ -41,10 +42,8 @@ frmIODaemon::frmIODaemon() : m_ui(std::make_unique<Ui::frmIODaemon>())
     m_ui->setupUi(this);
     for (QMenu *menu : {m_ui->mnuCommand, m_ui->mnuDebug, m_ui->mnuHelp})
         menu->setToolTipsVisible(true);
-    m_ui->findStrip->setPane(m_ui->Text1);
     m_paintTimer.setSingleShot(true);
     connect(&m_paintTimer, &QTimer::timeout, this, &frmIODaemon::paintText);
-    connect(m_ui->cmdClear, &QPushButton::clicked, this, &frmIODaemon::cmdClear_Click);
     // A check entry has inverted its mark before its handler runs.
     connect(m_ui->mnuDebugSerialBytesSent, &QAction::triggered, this,
             &frmIODaemon::mnuDebugSerialBytesSent_Click);
@@ -59,10 +58,23 @@ frmIODaemon::frmIODaemon() : m_ui(std::make_unique<Ui::frmIODaemon>())
 
 frmIODaemon::~frmIODaemon() = default;
 
+// Most runs never look at the monitor; its menus hold switches and are there from the start.
+Ui::MonitorPane &frmIODaemon::pane()
+{
+    if (!m_pane) {
+        m_pane = std::make_unique<Ui::MonitorPane>();
+        m_pane->setupUi(m_ui->centralwidget);
+        m_pane->findStrip->setPane(m_pane->Text1);
+        connect(m_pane->cmdClear, &QPushButton::clicked, this, &frmIODaemon::cmdClear_Click);
+        bindPort();
+    }
+    return *m_pane;
+}
+
 // So many lines of so many characters, whatever the size of the font.
 QSize frmIODaemon::firstSize() const
 {
-    const QFontMetrics metrics(m_ui->Text1->font());
+    const QFontMetrics metrics(m_pane->Text1->font());
     const QSize wanted(metrics.averageCharWidth() * firstColumns,
                        metrics.lineSpacing() * firstLines);
     return wanted.boundedTo(screen()->availableSize() * 0.9);
@@ -70,7 +82,7 @@ QSize frmIODaemon::firstSize() const
 
 void frmIODaemon::layOut()
 {
-    m_ui->Text1->setFont(fixedFont());
+    pane().Text1->setFont(fixedFont());
 }
 
 void frmIODaemon::load()
@@ -131,7 +143,7 @@ void frmIODaemon::paintSoon()
 
 void frmIODaemon::paintText()
 {
-    m_ui->Text1->showText(m_text);
+    pane().Text1->showText(m_text);
     m_sincePaint.start();
 }
 
@@ -196,7 +208,7 @@ void frmIODaemon::fileLoggingEnded()
 
 void frmIODaemon::mnuCommandFind_Click()
 {
-    reportAndEnd("frmIODaemon.mnuCommandFind_Click", [this] { m_ui->findStrip->open(); });
+    reportAndEnd("frmIODaemon.mnuCommandFind_Click", [this] { pane().findStrip->open(); });
 }
 
 void frmIODaemon::mnuCommandSave_Click()

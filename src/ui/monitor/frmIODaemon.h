@@ -14,8 +14,9 @@
 #include <memory>
 
 namespace Ui {
+class MonitorPane;
 class frmIODaemon;
-}
+} // namespace Ui
 
 class QComboBox;
 class clsSeeker;
@@ -66,7 +67,9 @@ private:
     void mnuDebugDUT_Click(bool checked);
     void mnuDebugLogging_Click(bool checked);
 
+    Ui::MonitorPane &pane(); // made when it is first asked for
     void bindCommands();
+    void bindPort();
     void listPorts();
     void list(QStringList (*fill)(QComboBox &ports));
     void listAgain(int ports);
@@ -81,6 +84,7 @@ private:
     void showPortInCaption();
 
     std::unique_ptr<Ui::frmIODaemon> m_ui;
+    std::unique_ptr<Ui::MonitorPane> m_pane;
     DisplayText m_text;
     QTimer m_paintTimer;
     QElapsedTimer m_sincePaint;

@@ -9,6 +9,7 @@
 #include "core/TextNumbers.h"
 #include "discovery/clsSeeker.h"
 #include "platform/Application.h"
+#include "ui_MonitorPane.h"
 #include "ui_frmIODaemon.h"
 #include "widgets/EntryEvents.h"
 #include "widgets/PortBox.h"
@@ -28,23 +29,28 @@ static QString monitorName()
 
 void frmIODaemon::bindCommands()
 {
-    showPortDescriptions(*m_ui->comboComPort);
     connect(&m_watcher, &PortWatcher::Changed, this, &frmIODaemon::listAgain);
-    for (QComboBox *combo : {m_ui->comboComPort, m_ui->comboCommand}) {
-        combo->setCompleter(nullptr);
-        combo->setInsertPolicy(QComboBox::NoInsert);
-    }
     m_replyTimer.setSingleShot(true);
     m_replyTimer.setInterval(replyRestMs);
     connect(&m_replyTimer, &QTimer::timeout, this, [this] { logReplies(true); });
-    connect(m_ui->cmdConnect, &QPushButton::clicked, this, &frmIODaemon::cmdConnect_Click);
-    connect(m_ui->cmdSendCommand, &QPushButton::clicked, this, &frmIODaemon::cmdSendCommand_Click);
-    connect(EntryEvents::watch(m_ui->comboCommand), &EntryEvents::EnterUp, this,
-            &frmIODaemon::comboCommand_KeyUp);
     connect(m_ui->mnuCommandSend, &QAction::triggered, this, &frmIODaemon::cmdSendCommand_Click);
     connect(m_ui->mnuCommandOpen, &QAction::triggered, this, &frmIODaemon::cmdConnect_Click);
     connect(m_ui->mnuCommandClear, &QAction::triggered, this, &frmIODaemon::cmdClear_Click);
     connect(m_ui->mnuHelpCommands, &QAction::triggered, this, &frmIODaemon::mnuHelpCommands_Click);
+}
+
+void frmIODaemon::bindPort()
+{
+    showPortDescriptions(*m_pane->comboComPort);
+    for (QComboBox *combo : {m_pane->comboComPort, m_pane->comboCommand}) {
+        combo->setCompleter(nullptr);
+        combo->setInsertPolicy(QComboBox::NoInsert);
+    }
+    connect(m_pane->cmdConnect, &QPushButton::clicked, this, &frmIODaemon::cmdConnect_Click);
+    connect(m_pane->cmdSendCommand, &QPushButton::clicked, this,
+            &frmIODaemon::cmdSendCommand_Click);
+    connect(EntryEvents::watch(m_pane->comboCommand), &EntryEvents::EnterUp, this,
+            &frmIODaemon::comboCommand_KeyUp);
 }
 
 void frmIODaemon::listPorts()
@@ -64,11 +70,11 @@ void frmIODaemon::list(QStringList (*fill)(QComboBox &ports))
         return;
     }
     const QScopedValueRollback listing(m_listing, true);
-    const QString typed = m_ui->comboComPort->currentText();
-    for (const QString &refused : fill(*m_ui->comboComPort))
+    const QString typed = pane().comboComPort->currentText();
+    for (const QString &refused : fill(*pane().comboComPort))
         logEvent(monitorName(), refused);
     if (!typed.isEmpty())
-        m_ui->comboComPort->setEditText(typed);
+        pane().comboComPort->setEditText(typed);
     m_watcher.start([] { return !app().search; });
 }
 
@@ -78,8 +84,8 @@ void frmIODaemon::listAgain(int ports)
     if (ports > 0) {
         list(PopulateComboBoxAgain);
     } else if (!m_listing) {
-        m_ui->comboComPort->clear();
-        m_ui->comboComPort->setEnabled(false);
+        pane().comboComPort->clear();
+        pane().comboComPort->setEnabled(false);
     }
 }
 
@@ -96,7 +102,7 @@ void frmIODaemon::cmdConnect_Click()
             connect(&m_seeker->ComPort(), &clsCommPort::HungUp, this,
                     &frmIODaemon::showPortInCaption);
         }
-        const std::int16_t port = toInt16(numericValue(m_ui->comboComPort->currentText()));
+        const std::int16_t port = toInt16(numericValue(pane().comboComPort->currentText()));
         // Init logs a port that opened or that is held by another program.
         if (!m_seeker->Init(port))
             logEvent(monitorName(), QStringLiteral("COM%1 cannot be opened").arg(port));
@@ -153,7 +159,7 @@ void frmIODaemon::cmdSendCommand_Click()
 void frmIODaemon::comboCommand_KeyUp()
 {
     reportAndEnd("comboCommand_KeyUp", [this] { sendCommand(); });
-    m_ui->comboCommand->lineEdit()->selectAll();
+    pane().comboCommand->lineEdit()->selectAll();
 }
 
 // On a closed port nothing is sent, and nothing is said; the command is remembered all the same. A
@@ -161,25 +167,25 @@ void frmIODaemon::comboCommand_KeyUp()
 void frmIODaemon::sendCommand()
 {
     // Blanks go first: an escape may stand for a blank that is meant to be sent.
-    const QString command = m_ui->comboCommand->currentText().trimmed();
+    const QString command = pane().comboCommand->currentText().trimmed();
     const QString meant = withoutEscapes(command);
     const bool isSecret = secrets().noteCommand(meant);
     if (!isSecret)
         rememberCommand(command);
     if (m_seeker && m_seeker->ComPort().IsOpen()) {
-        const QString end = m_ui->chkCR->isChecked() ? QStringLiteral("\r") : QString();
+        const QString end = pane().chkCR->isChecked() ? QStringLiteral("\r") : QString();
         logEvent(monitorName(), QStringLiteral(" sending ") +
                                     (isSecret ? QStringLiteral("PASSWORD ****") : command));
         m_seeker->ComPort().SendString(meant + end);
         if (isSecret)
-            m_ui->comboCommand->clearEditText();
+            pane().comboCommand->clearEditText();
     }
-    m_ui->Text1->moveCursor(QTextCursor::End);
+    pane().Text1->moveCursor(QTextCursor::End);
 }
 
 void frmIODaemon::rememberCommand(const QString &command)
 {
-    QComboBox &history = *m_ui->comboCommand;
+    QComboBox &history = *pane().comboCommand;
     if (history.findText(command, Qt::MatchExactly | Qt::MatchCaseSensitive) >= 0)
         return;
     history.addItem(command);

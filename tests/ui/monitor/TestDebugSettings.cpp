@@ -143,6 +143,7 @@ void TestDebugSettings::byteSwitchesReachTheMonitorsOwnPort()
     const auto log = std::make_shared<FakeLog>();
     installEventLog(log);
     frmIODaemon window;
+    window.show();
     window.findChild<QComboBox *>(QStringLiteral("comboComPort"))
         ->setEditText(QStringLiteral("250"));
     window.findChild<QPushButton *>(QStringLiteral("cmdConnect"))->click();

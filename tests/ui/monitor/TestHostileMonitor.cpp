@@ -19,9 +19,11 @@ struct Flooded : Machine
     {
         logger->setDisplayWindow(window);
         installEventLog(logger);
+        window->show();
         window->findChild<QComboBox *>(QStringLiteral("comboComPort"))
             ->setEditText(QStringLiteral("250"));
         window->findChild<QPushButton *>(QStringLiteral("cmdConnect"))->click();
+        window->hide();
     }
     ~Flooded() { installEventLog(nullptr); }
 

@@ -18,6 +18,7 @@ private slots:
     void cutBeyond8000Characters();
     void aBareLineBreakIsNotCutBehind();
     void bareLineBreaksAloneDoNotGrowForEver();
+    void entriesOfANeverShownMonitorDoNoHarm();
     void itsFirstSizeFollowsTheFontOfItsLines();
     void theNewestLineIsInView();
     void paintedAtOnceWhenShown();
@@ -149,9 +150,14 @@ void TestIODaemon::paintedAtOnceWhenShown()
     const Machine machine;
     frmIODaemon window;
     window.Display(QString(), QStringLiteral("before"));
-    QCOMPARE(text1(window)->toPlainText(), QString());
     window.show();
     QCOMPARE(text1(window)->toPlainText(), QStringLiteral("before\n"));
+    window.hide();
+    window.Display(QString(), QStringLiteral("meanwhile"));
+    QTest::qWait(50);
+    QCOMPARE(text1(window)->toPlainText(), QStringLiteral("before\n"));
+    window.show();
+    QCOMPARE(text1(window)->toPlainText(), QStringLiteral("before\nmeanwhile\n"));
 }
 
 void TestIODaemon::paintedWhileVisible()
@@ -233,8 +239,9 @@ void TestIODaemon::closingHides()
 
 void TestIODaemon::everyControlHasAnAccessibleName()
 {
-    const Fixture fixture;
-    const frmIODaemon window;
+    const Machine machine;
+    frmIODaemon window;
+    window.show();
     for (const char *name : {"Text1", "comboComPort", "cmdConnect", "comboCommand", "chkCR",
                              "cmdSendCommand", "cmdClear"}) {
         const auto *control = window.findChild<QWidget *>(QLatin1String(name));
@@ -264,6 +271,22 @@ void TestIODaemon::layout()
     // The display takes what the window grows by.
     window.resize(window.width(), window.height() + 100);
     QTRY_COMPARE(text1(window)->height(), before + 100);
+}
+
+// Its controls are made with its first show; its menus are there before.
+void TestIODaemon::entriesOfANeverShownMonitorDoNoHarm()
+{
+    const Machine machine;
+    frmIODaemon window;
+    window.load();
+    window.Display(QString(), QStringLiteral("early"));
+    entry(window, "mnuCommandSend")->trigger(); // on a closed port: nothing is sent or said
+    QCOMPARE(window.displayText(), QStringLiteral("early\r\n"));
+    entry(window, "mnuCommandClear")->trigger();
+    QCOMPARE(window.displayText(), QString());
+    window.show();
+    QCOMPARE(text1(window)->toPlainText(), QString());
+    QVERIFY(text1(window)->isVisible());
 }
 
 KELDOX_TEST(TestIODaemon)

@@ -50,8 +50,9 @@ void TestMonitorCaptions::controls()
     QFETCH(const QString, name);
     QFETCH(const QString, caption);
     QFETCH(const QString, toolTip);
-    const Fixture fixture;
-    const frmIODaemon window;
+    const Machine machine;
+    frmIODaemon window;
+    window.show();
     const auto *control = window.findChild<QWidget *>(name);
     QVERIFY(control);
     QCOMPARE(control->property("text").toString().remove(QLatin1Char('&')), caption);
@@ -60,8 +61,9 @@ void TestMonitorCaptions::controls()
 
 void TestMonitorCaptions::theListsAndTheDisplay()
 {
-    const Fixture fixture;
-    const frmIODaemon window;
+    const Machine machine;
+    frmIODaemon window;
+    window.show();
     const auto *ports = window.findChild<QComboBox *>(QStringLiteral("comboComPort"));
     QCOMPARE(window.findChild<QLabel *>(QStringLiteral("lblComPort"))->buddy(), ports);
     QCOMPARE(ports->toolTip(), QStringLiteral("Choose a port, or type its number"));

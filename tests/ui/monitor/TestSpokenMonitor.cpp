@@ -46,8 +46,9 @@ void TestSpokenMonitor::theResultOfASearchIsHeard()
 
 void TestSpokenMonitor::everyEntryAndButtonHasAMnemonicOfItsOwn()
 {
-    const Fixture fixture;
-    const frmIODaemon window;
+    const Machine machine;
+    frmIODaemon window;
+    window.show();
     const QStringList inside = mnemonicsIn(*window.centralWidget());
     QCOMPARE(inside,
              QStringList({QStringLiteral("Alt+C"), QStringLiteral("Alt+M"), QStringLiteral("Alt+O"),
