@@ -188,6 +188,9 @@ void TestSearchEnds::onASilentLineEachCommandOfAnAddressIsWaitedForOnce()
     for (int address = 1; address <= 8; ++address)
         commands << QStringLiteral(">UNLISTEN") << QStringLiteral(">LISTEN0%1").arg(address)
                  << QStringLiteral("*ID?");
+    // The program does not wait for the line to have read its last one.
+    QVERIFY(bench.line(4).waitForCommands(static_cast<std::size_t>(commands.size()),
+                                          std::chrono::seconds(5)));
     QCOMPARE(bench.sentTo(4), commands);
     QCOMPARE(bench.logOf(QStringLiteral("serial device ")),
              QStringList(commands.size(), QStringLiteral(" timed out ")));

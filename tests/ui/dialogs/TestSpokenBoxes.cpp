@@ -101,6 +101,7 @@ void TestSpokenBoxes::aMessageBoxIsAnsweredByItsMnemonics()
     const Fixture fixture;
     TestHooks::answerBoxes({});
     const Hand hand([&](QWidget *dialog) {
+        QVERIFY(QTest::qWaitForWindowActive(dialog)); // else it hears no mnemonic
         QTest::keyClick(dialog, key, key == Qt::Key_Escape ? Qt::NoModifier : Qt::AltModifier);
     });
     QCOMPARE(MessageBox::show(QStringLiteral("There is no password. Do you want to set one?"),
