@@ -31,7 +31,7 @@ struct Parsed
 
 Parsed parseStart(const QString &text)
 {
-    if (text.isEmpty()) // as most presets are at start: half a megabyte of patterns is not loaded
+    if (text.isEmpty()) // as most presets are at start: the patterns' library is not read
         return {};
     if (const auto hex = hexNumber().match(text); hex.hasMatch())
         return {static_cast<double>(hex.captured(1).toUInt(nullptr, 16)), hex.capturedLength()};

@@ -96,8 +96,10 @@ void WindowPlace::restore()
     if (!place || !canBeReached(*place))
         return;
     m_window->move(place->topLeft());
-    const QSize size = place->size() + QSize(0, passingHeight(*m_window)); // kept without it
-    m_window->resize(withinScreen(*m_window, size));
+    const QSize kept = withinScreen(*m_window, place->size());
+    const QSize shown = withinScreen(*m_window, kept + QSize(0, passingHeight(*m_window)));
+    setPassingHeight(*m_window, shown.height() - kept.height());
+    m_window->resize(shown);
     if (words.value(4) == QLatin1String("maximized"))
         m_window->setWindowState(m_window->windowState() | Qt::WindowMaximized);
 }

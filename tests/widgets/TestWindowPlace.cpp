@@ -28,6 +28,7 @@ private slots:
     void eachWindowHasAPlaceOfItsOwn();
     void settingsThatCannotBeWrittenAreNoMatter();
     void aSearchsStripIsNoPartOfThePlace();
+    void aStripInAWindowAsHighAsItsScreen();
     void aStripLetsAMaximizedWindowBe();
     void aPaneShowsItsContentWholeAndScrollsWhenItMust();
 };
@@ -189,6 +190,22 @@ void TestWindowPlace::aSearchsStripIsNoPartOfThePlace()
     QCOMPARE(window.size(), QSize(420, 310 + passing));
     strip.say({});
     QCOMPARE(window.size(), QSize(420, 310));
+    store({});
+}
+
+// Where the screen has no room for the strip beside what was kept, nothing is taken back with it.
+void TestWindowPlace::aStripInAWindowAsHighAsItsScreen()
+{
+    const Fixture fixture;
+    QMainWindow window;
+    const int room = roomOnScreen(window).height();
+    store(QStringLiteral("0 0 420 %1").arg(room));
+    SearchStrip strip(&window);
+    strip.say(QStringLiteral("Looking at COM7."));
+    WindowPlace::keep(window, QStringLiteral("main"));
+    QCOMPARE(window.height(), room);
+    strip.say({});
+    QCOMPARE(window.height(), room);
     store({});
 }
 

@@ -16,7 +16,7 @@ static constexpr int channelBindings = 8;
 namespace {
 
 // Painted eight times before anything else is on the screen: a style's bar with its gradients took
-// a tenth of the start.
+// a twentieth of the start.
 class ProgressLine : public QProgressBar
 {
 public:

@@ -12,13 +12,13 @@ static void loadResource()
 static constexpr int largestShown = 64; // before the screen's scale
 
 // The window system gets every picture for every window: a larger one than any window or task list
-// shows would take a tenth of the start. Their format is said, or all of Qt's formats are loaded.
+// shows would take a tenth of the start.
 QIcon programIcon()
 {
     loadResource();
     QIcon icon;
     for (const int size : {16, 24, 32, 48, 64, 128, 256})
         if (size <= largestShown * qApp->devicePixelRatio())
-            icon.addPixmap(QPixmap(QStringLiteral(":/icons/keldo-x-%1.png").arg(size), "PNG"));
+            icon.addFile(QStringLiteral(":/icons/keldo-x-%1.png").arg(size));
     return icon;
 }

@@ -18,6 +18,7 @@ private slots:
     void withoutAUnitOnlyPresetsAndMenusCanBeUsed();
     void nothingIsSentBeforeTheFirstActivation();
     void firstActivationArmsTheGuardAndTheTimerOnce();
+    void theFirstActivationsHourglassIsSeenByWhoeverWaitsInIt();
     void firstActivationStartsPollingWhenItIsChecked();
 };
 
@@ -168,6 +169,21 @@ void TestMainWindow::firstActivationArmsTheGuardAndTheTimerOnce()
     QCoreApplication::processEvents();
     QVERIFY(!app().guard().isUp());
     QCOMPARE(bench.polling()->interval(), 77);
+}
+
+void TestMainWindow::theFirstActivationsHourglassIsSeenByWhoeverWaitsInIt()
+{
+    MainBench bench;
+    Qt::CursorShape during = Qt::ArrowCursor;
+    connect(&app().guard(), &EventGuard::changed, this, [&](bool up) {
+        if (!up)
+            return;
+        QCoreApplication::processEvents();
+        during = bench.window->cursor().shape();
+    });
+    bench.show();
+    QCOMPARE(during, Qt::WaitCursor);
+    QCOMPARE(bench.window->cursor().shape(), Qt::ArrowCursor);
 }
 
 void TestMainWindow::firstActivationStartsPollingWhenItIsChecked()
