@@ -8,6 +8,7 @@
 #include "core/DebugSwitches.h"
 #include "platform/Application.h"
 #include "platform/EventQueue.h"
+#include "platform/FontsAhead.h"
 #include "platform/PortDirectory.h"
 #include "platform/TestHooks.h"
 #include "sim/SimulatedLine.h"
@@ -285,7 +286,9 @@ void benchStart(Report &report)
 
 int runStartChild(int argc, char **argv)
 {
+    FontsAhead fonts;
     QApplication application(argc, argv);
+    fonts.wait();
     QApplication::setApplicationName(applicationTitle());
     QApplication::setWindowIcon(programIcon());
     const PoliteEnd politeEnd;

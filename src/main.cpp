@@ -4,6 +4,7 @@
 #include "app/modMain_KeldoX2.h"
 #include "platform/Application.h"
 #include "platform/EventQueue.h"
+#include "platform/FontsAhead.h"
 #include "platform/ServedPorts.h"
 #include "ui/main/ProgramIcon.h"
 #include "widgets/MessageBox.h"
@@ -55,7 +56,9 @@ int main(int argc, char **argv)
     if (asksForText(early))
         return early.exitCode;
 
+    FontsAhead fonts;
     QApplication application(argc, argv);
+    fonts.wait();
     QApplication::setApplicationName(applicationTitle());
     QApplication::setApplicationVersion(applicationVersion());
     QApplication::setWindowIcon(programIcon());
