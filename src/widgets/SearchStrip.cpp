@@ -37,6 +37,18 @@ SearchStrip::SearchStrip(QMainWindow *window)
     hide();
 }
 
+void SearchStrip::sayIn(QMainWindow &window, const QString &text, void (*cancel)())
+{
+    auto *strip = window.findChild<SearchStrip *>(QString(), Qt::FindDirectChildrenOnly);
+    if (!strip) {
+        if (text.isEmpty())
+            return;
+        strip = new SearchStrip(&window);
+        connect(strip, &SearchStrip::Cancelled, &window, cancel);
+    }
+    strip->say(text);
+}
+
 QString SearchStrip::text() const
 {
     return m_line->text();

@@ -13,6 +13,9 @@ class SearchStrip : public QToolBar
     Q_OBJECT
 
 public:
+    // Says it in the strip of the window, made with the first text; its button calls cancel.
+    static void sayIn(QMainWindow &window, const QString &text, void (*cancel)());
+
     // Stands at the window's foot, above the status bar.
     explicit SearchStrip(QMainWindow *window);
 

@@ -11,8 +11,9 @@ class ChannelsHost
 public:
     virtual ~ChannelsHost() = default;
 
-    // The control arrays; whoever holds them keeps the window.
-    virtual std::shared_ptr<const ChannelControls> controls() const = 0;
+    // The control arrays, made when they are first asked for; they live as long as the window.
+    virtual const ChannelControls &controls() = 0;
     // From now on the events of the row with this index go to the channel, as long as it lives.
+    // Raises 9 (subscript out of range) for an index that the window has no row for.
     virtual void bindRow(int index, std::weak_ptr<clsChannel> channel) = 0;
 };

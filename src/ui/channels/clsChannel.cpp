@@ -42,11 +42,10 @@ void clsChannel::setIndex(std::int16_t index)
     m_channelNumber = index;
     reportAndEnd("clsChannel.Index", [&] {
         m_row.reset();
+        m_host.reset();
         const auto host = m_hostSource();
-        m_controls = host->controls();
-        m_row = rowOf(*m_controls, index);
-        EntryMark::of(*m_row->txtChanFreq).setReading(frequencyInMHz);
         host->bindRow(index, weak_from_this());
+        m_host = host;
     });
 }
 
@@ -57,10 +56,14 @@ std::shared_ptr<clsKeldoX> clsChannel::unit() const
     return m_device;
 }
 
-const ChannelRowControls &clsChannel::row() const
+const ChannelRowControls &clsChannel::row()
 {
-    if (!m_row)
+    if (!m_host)
         throw RunTimeError(ErrorNumber::ObjectNotSet);
+    if (!m_row) {
+        m_row = rowOf(m_host->controls(), m_index);
+        EntryMark::of(*m_row->txtChanFreq).setReading(frequencyInMHz);
+    }
     return *m_row;
 }
 
@@ -83,7 +86,7 @@ void clsChannel::setDevice(std::shared_ptr<clsKeldoX> device)
 void clsChannel::clearRow()
 {
     if (!m_row)
-        return;
+        return; // nothing was ever shown in it
     for (QLineEdit *box : {m_row->txtChanFreq, m_row->txtChanAtten, m_row->txtChanInputAtten,
                            m_row->txtChanAGCoffset})
         EntryMark::of(*box).clear();
@@ -122,10 +125,11 @@ void clsChannel::showPort(const QString &caption, const QString &toolTip, const 
 void clsChannel::setStatus(int status)
 {
     row();
+    OptionSet &options = *m_host->controls().portOptions;
     if (status == 1)
-        m_controls->portOptions->select(m_index);
-    else if (m_controls->portOptions->selected() == m_index)
-        m_controls->portOptions->select(0);
+        options.select(m_index);
+    else if (options.selected() == m_index)
+        options.select(0);
 }
 
 // A unit without a step says that it does not know the word; anything else was garbled.
@@ -183,7 +187,7 @@ void clsChannel::ShowControls()
         });
 }
 
-void clsChannel::enableLevels(bool agcOn, bool offsetEnabled) const
+void clsChannel::enableLevels(bool agcOn, bool offsetEnabled)
 {
     const ChannelRowControls &to = row();
     if (m_options.hasAGC)
@@ -259,9 +263,9 @@ void clsChannel::readAgain()
 void clsChannel::DisableControls()
 {
     m_enabled.renew();
-    if (!m_row)
+    if (!m_host)
         return;
-    const ChannelRowControls &to = *m_row;
+    const ChannelRowControls &to = row();
     setEnabled({to.lblPortNum, to.txtChanFreq, to.txtChanAtten, to.udAtten, to.lbldB,
                 to.txtChanInputAtten, to.udInputAtten, to.chkChanAGC, to.txtChanAGCoffset,
                 to.udAGCOffset, to.lblAGCdB, to.chkChanBYP},
@@ -271,9 +275,9 @@ void clsChannel::DisableControls()
 void clsChannel::HideControls()
 {
     DisableControls();
-    if (!m_row)
+    if (!m_host)
         return;
-    const ChannelRowControls &to = *m_row;
+    const ChannelRowControls &to = row();
     setVisible({to.optPortNum, to.lblPortNum, to.txtChanFreq, to.txtChanAtten, to.udAtten, to.lbldB,
                 to.txtChanInputAtten, to.udInputAtten, to.chkChanAGC, to.txtChanAGCoffset,
                 to.udAGCOffset, to.lblAGCdB, to.chkChanBYP},

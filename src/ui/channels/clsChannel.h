@@ -109,7 +109,8 @@ private:
     using Setting = void (Levels::*)(double decibels);
 
     std::shared_ptr<clsKeldoX> unit() const;
-    const ChannelRowControls &row() const;
+    // Its controls, taken out of the window when first needed.
+    const ChannelRowControls &row();
     double offsetOf(clsKeldoX &device) const;
     double inputAttenuationOf(clsKeldoX &device) const;
     void followEvents();
@@ -119,7 +120,7 @@ private:
     void tell(QLineEdit &box, double value);
     void clearRow();
     void loseUnit();
-    void enableLevels(bool agcOn, bool offsetEnabled) const;
+    void enableLevels(bool agcOn, bool offsetEnabled);
     void showOffset(clsKeldoX &device);
     void showWhatNoEventTells(clsKeldoX &device);
     void sendTyped(int keyCode, const QLineEdit &box, Setting setting);
@@ -127,8 +128,9 @@ private:
                 Setting setting);
 
     HostSource m_hostSource;
-    // Keeps the window's controls as long as this channel refers to them.
-    std::shared_ptr<const ChannelControls> m_controls;
+    // The window that its row stands in; null before it has an index. Keeps the window's controls
+    // as long as this channel refers to them.
+    std::shared_ptr<ChannelsHost> m_host;
     std::optional<ChannelRowControls> m_row;
     std::shared_ptr<clsKeldoX> m_device;
     Presence m_bound;   // of the unit in the channel

@@ -96,59 +96,59 @@ static bool isKnownPlace(clsKeldoX &unit, qint32 step, double freqMHz)
 
 void clsChannel::m_Device_FreqChange(qint32 step, double freqMHz)
 {
-    if (m_row && isKnownPlace(*unit(), step, freqMHz))
-        tell(*m_row->txtChanFreq, freqMHz);
+    if (m_host && isKnownPlace(*unit(), step, freqMHz))
+        tell(*row().txtChanFreq, freqMHz);
 }
 
 void clsChannel::m_Device_AttenChange(double decibels)
 {
-    if (!m_row)
+    if (!m_host)
         return;
     // Emptied first, so that a value that is set again is seen to be written again.
-    m_row->txtChanAtten->clear();
-    tell(*m_row->txtChanAtten, decibels);
+    row().txtChanAtten->clear();
+    tell(*row().txtChanAtten, decibels);
 }
 
 void clsChannel::m_Device_InputAttenChange(double decibels)
 {
-    if (!m_row)
+    if (!m_host)
         return;
-    m_row->txtChanInputAtten->clear();
-    tell(*m_row->txtChanInputAtten, decibels);
+    row().txtChanInputAtten->clear();
+    tell(*row().txtChanInputAtten, decibels);
 }
 
 void clsChannel::m_Device_BypassChange(bool on)
 {
-    if (m_row && !m_unitIsGone)
-        m_row->chkChanBYP->setChecked(on);
+    if (m_host && !m_unitIsGone)
+        row().chkChanBYP->setChecked(on);
 }
 
 void clsChannel::m_Device_AGCOffsetChange(double decibels)
 {
-    if (m_row)
-        tell(*m_row->txtChanAGCoffset, decibels);
+    if (m_host)
+        tell(*row().txtChanAGCoffset, decibels);
 }
 
 void clsChannel::m_Device_ConfirmationChange(UnitValue value, bool confirmed)
 {
-    if (!m_row || m_unitIsGone)
+    if (!m_host || m_unitIsGone)
         return;
     const auto box = [confirmed](QLineEdit *entry) {
         EntryMark::of(*entry).setConfirmed(confirmed);
     };
     switch (value) {
     case UnitValue::Frequency:
-        return box(m_row->txtChanFreq);
+        return box(row().txtChanFreq);
     case UnitValue::Attenuation:
-        return box(m_row->txtChanAtten);
+        return box(row().txtChanAtten);
     case UnitValue::InputAttenuation:
-        return box(m_row->txtChanInputAtten);
+        return box(row().txtChanInputAtten);
     case UnitValue::AGCOffset:
-        return box(m_row->txtChanAGCoffset);
+        return box(row().txtChanAGCoffset);
     case UnitValue::AGC:
-        return markConfirmed(*m_row->chkChanAGC, confirmed);
+        return markConfirmed(*row().chkChanAGC, confirmed);
     case UnitValue::Bypass:
-        return markConfirmed(*m_row->chkChanBYP, confirmed);
+        return markConfirmed(*row().chkChanBYP, confirmed);
     default:
         return; // shown by the main window alone
     }

@@ -17,13 +17,10 @@
 
 static constexpr double hertzPerKilohertz = 1000;
 
-std::shared_ptr<const ChannelControls> frmChannels::controls() const
-{
-    return {shared_from_this(), &m_controls};
-}
-
 void frmChannels::bindRow(int index, std::weak_ptr<clsChannel> channel)
 {
+    if (index < 1 || index > channelCount)
+        throw RunTimeError(ErrorNumber::SubscriptOutOfRange);
     m_channels[index] = std::move(channel);
 }
 
@@ -34,16 +31,10 @@ void frmChannels::load()
         "frmMain.Form_Load",
         [this] { setWindowTitle(applicationTitle() + QStringLiteral(" - Channels")); },
         [this] {
-            for (int index = 1; index <= channelCount; ++index) {
-                m_controls.optPortNum(index)->setText(numberToTextWithBlank(index));
-                m_controls.lblPortNum(index)->clear();
-            }
-        },
-        [this] {
             m_loaded = true;
-            tabsChannels->setCurrentIndex(0);
-        },
-        [this] { ShowColumnLabelsOnTabs(); });
+            if (tabsChannels) // made later, they begin with the first
+                tabsChannels->setCurrentIndex(0);
+        });
 }
 
 void frmChannels::show()
@@ -117,7 +108,7 @@ void frmChannels::setProgressVisible(bool visible)
 void frmChannels::prepareForSearch()
 {
     clearStatusBar();
-    m_controls.portOptions->select(0);
+    controls().portOptions->select(0);
     for (int index = 1; index <= channelCount; ++index) {
         if (const auto &channel = app().channels[index])
             channel->HideControls();
@@ -133,6 +124,8 @@ void frmChannels::prepareForSearch()
 
 void frmChannels::clearChannelBoxes(int channel)
 {
+    if (!tabsChannels)
+        return; // nothing was ever shown in them
     for (QLineEdit *box : {m_controls.txtChanFreq(channel), m_controls.txtChanAtten(channel),
                            m_controls.txtChanAGCoffset(channel)})
         box->clear();
@@ -160,7 +153,8 @@ void frmChannels::refreshChannelDisplays()
 int frmChannels::ChanIndex() const
 {
     for (int index = 1; index <= channelCount; ++index)
-        if (m_controls.optPortNum(index)->isChecked())
+        if (const auto *option = m_controls.optPortNum.all().value(index);
+            option && option->isChecked())
             return index;
     return 0;
 }
@@ -177,6 +171,7 @@ void frmChannels::clearStatusBar()
 
 void frmChannels::ShowColumnLabelsOnTabs()
 {
+    controls();
     for (int tab = 0; tab < tabsChannels->count(); ++tab)
         for (const auto *labels :
              {&m_labels.lblChannel, &m_labels.lblChanFreq, &m_labels.lblChanAtten,

@@ -11,17 +11,13 @@
 #include <memory>
 
 class PanelStatusBar;
-class SearchStrip;
 class QGridLayout;
 class QProgressBar;
 class QTabWidget;
 class clsChannel;
 class clsKeldoX;
 
-class frmChannels : public LateWindow,
-                    public ChannelsView,
-                    public ChannelsHost,
-                    public std::enable_shared_from_this<frmChannels>
+class frmChannels : public LateWindow, public ChannelsView, public ChannelsHost
 {
     Q_OBJECT
 
@@ -32,7 +28,7 @@ public:
     ~frmChannels() override;
 
     // What the channels ask of the window.
-    std::shared_ptr<const ChannelControls> controls() const override;
+    const ChannelControls &controls() override;
     void bindRow(int index, std::weak_ptr<clsChannel> channel) override;
 
     // What connecting and searching tell the window.
@@ -97,7 +93,7 @@ private:
     };
 
     // Building, in frmChannels_controls.cpp.
-    void buildTabs();
+    void buildTabs(); // with all rows
     void addShortcuts();
     void goToChannel(int index);
     QGridLayout *buildPage(int tab);
@@ -116,20 +112,19 @@ private:
     void connectBoxes(int index);
     void hideRow(int index);
 
-    std::shared_ptr<clsChannel> channelAt(int index) const;
+    std::shared_ptr<clsChannel> channelAt(int index);
     template <class Handler, class... PutBack>
     void forward(const char *source, int index, Handler handler, const PutBack &...putBack);
     void onPortOptionClick(int index, int previous);
     void updateNoUnitLine(int tab);
     void mDevice_DUTChange();
 
-    ChannelControls m_controls;
+    ChannelControls m_controls;                      // empty before controls() is called
     QList<QGridLayout *> m_grids;                    // of the tabs
     QMap<int, std::weak_ptr<clsChannel>> m_channels; // by the index of their row
     ColumnLabels m_labels;
-    QTabWidget *tabsChannels = nullptr;
+    QTabWidget *tabsChannels = nullptr; // null before controls() is called
     QProgressBar *ProgressBar1 = nullptr;
-    SearchStrip *m_strip = nullptr;
     PanelStatusBar *StatusBar = nullptr;
     std::shared_ptr<clsKeldoX> mDevice;
     bool m_escape = false;

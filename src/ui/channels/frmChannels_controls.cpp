@@ -252,7 +252,7 @@ void frmChannels::layOut()
     const int boxWidth = fontMetrics().horizontalAdvance(QStringLiteral("1234.56789"));
     const int portWidth = fontMetrics().horizontalAdvance(QStringLiteral("COM255:"));
     for (int index = 1; index <= channelCount; ++index) {
-        const ChannelRowControls row = rowOf(m_controls, index);
+        const ChannelRowControls row = rowOf(controls(), index);
         for (QLineEdit *box :
              {row.txtChanFreq, row.txtChanAtten, row.txtChanInputAtten, row.txtChanAGCoffset})
             box->setMinimumWidth(boxWidth);

@@ -10,9 +10,9 @@
 
 #include <functional>
 
-std::shared_ptr<clsChannel> frmChannels::channelAt(int index) const
+std::shared_ptr<clsChannel> frmChannels::channelAt(int index)
 {
-    m_controls.optPortNum(index); // raises 9 where there is no such row
+    controls().optPortNum(index); // raises 9 where there is no such row
     auto channel = m_channels.value(index).lock();
     if (!channel)
         throw RunTimeError(ErrorNumber::ObjectNotSet);
@@ -69,13 +69,13 @@ static auto toggleBack(const ControlArray<QCheckBox> &checks, int index)
 void frmChannels::chkChanAGC_Click(int index)
 {
     forward("frmChannels.chkChanAGC_Click", index, &clsChannel::chkChanAGCClick,
-            toggleBack(m_controls.chkChanAGC, index));
+            toggleBack(controls().chkChanAGC, index));
 }
 
 void frmChannels::chkChanBYP_Click(int index)
 {
     forward("frmChannels.chkChanBYP_Click", index, &clsChannel::chkChanBYPClick,
-            toggleBack(m_controls.chkChanBYP, index));
+            toggleBack(controls().chkChanBYP, index));
 }
 
 void frmChannels::txtChanAtten_KeyUp(int index, int keyCode)
@@ -122,7 +122,7 @@ void frmChannels::txtChanFreq_KeyUp(int index, int keyCode)
     if (keyCode != clsChannel::enterKeyCode)
         return;
     handle("frmMain.txtChanFreq_KeyUp", [&] {
-        if (const auto megahertz = frequencyInMHz(m_controls.txtChanFreq(index)->text()))
+        if (const auto megahertz = frequencyInMHz(controls().txtChanFreq(index)->text()))
             tune(channelAt(index)->Device(), *megahertz);
     });
 }
@@ -130,7 +130,7 @@ void frmChannels::txtChanFreq_KeyUp(int index, int keyCode)
 void frmChannels::txtChanFreq_DblClick(int index)
 {
     handle("frmMain_KeldoX2.txtChanFreq_DblClick", [&] {
-        const double megahertz = leadingFrequencyInMHz(m_controls.txtChanFreq(index)->text());
+        const double megahertz = leadingFrequencyInMHz(controls().txtChanFreq(index)->text());
         if (megahertz > 0)
             tune(channelAt(index)->Device(), megahertz);
     });

@@ -15,16 +15,22 @@
 frmChannels::frmChannels()
 {
     setObjectName(QStringLiteral("frmChannels"));
-    buildTabs();
     buildStatusBar();
-    m_strip = new SearchStrip(this);
-    connect(m_strip, &SearchStrip::Cancelled, this, &cancelRunning);
+}
+
+// Start-up shows no row, and making them took a tenth of it.
+const ChannelControls &frmChannels::controls()
+{
+    if (tabsChannels)
+        return m_controls;
+    buildTabs();
     addShortcuts();
     for (int index = 1; index <= channelCount; ++index) {
         connectControls(index);
         connectBoxes(index);
     }
     connect(m_controls.portOptions, &OptionSet::Click, this, &frmChannels::onPortOptionClick);
+    return m_controls;
 }
 
 frmChannels::~frmChannels() = default;
@@ -125,5 +131,5 @@ void frmChannels::keyPressEvent(QKeyEvent *event)
 
 void frmChannels::showProgressLine(const QString &text)
 {
-    m_strip->say(text);
+    SearchStrip::sayIn(*this, text, &cancelRunning);
 }

@@ -23,7 +23,6 @@ class PasswordRequest;
 class PlanCaptions;
 class QAction;
 class Reconnect;
-class SearchStrip;
 
 namespace Ui {
 class frmMain_KeldoX2;
@@ -112,7 +111,6 @@ private:
     std::unique_ptr<PlanCaptions> m_captions;
 
     QAction *mnuOptionsReadAgain = nullptr;
-    SearchStrip *m_strip = nullptr;
     Reconnect *m_reconnect = nullptr;
     TimerControl tmr1;
 

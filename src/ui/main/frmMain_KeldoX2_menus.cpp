@@ -35,12 +35,9 @@ void frmMain_KeldoX2::bindMenus()
     updateEntries();
 }
 
-// What runs by itself: the strip of a search or a connection with its Cancel, and connecting again.
+// What runs by itself: connecting again.
 void frmMain_KeldoX2::bindRunning()
 {
-    m_strip = new SearchStrip(this);
-    connect(m_strip, &SearchStrip::Cancelled, this, &cancelRunning);
-
     m_reconnect = new Reconnect(this);
     auto *entry = new QAction(tr("&Reconnect when the device returns"), this);
     entry->setObjectName(QStringLiteral("mnuReconnect"));
@@ -63,7 +60,7 @@ void frmMain_KeldoX2::keyPressEvent(QKeyEvent *event)
 
 void frmMain_KeldoX2::showProgressLine(const QString &text)
 {
-    m_strip->say(text);
+    SearchStrip::sayIn(*this, text, &cancelRunning);
 }
 
 void frmMain_KeldoX2::updateEntries()

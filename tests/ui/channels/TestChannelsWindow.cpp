@@ -18,6 +18,9 @@ private slots:
     void tabs();
     void columnHeadersOnEveryTab();
     void showColumnLabelsMakesThemVisibleAgain();
+    void startUpMakesNoRows();
+    void rowsAreMadeByWhateverNeedsOne_data();
+    void rowsAreMadeByWhateverNeedsOne();
     void captionsAfterLoading();
     void loadingSelectsTheFirstTab();
     void aFailureInLoadingIsReportedAndTheRestLoaded();
@@ -88,6 +91,53 @@ void TestChannelsWindow::showColumnLabelsMakesThemVisibleAgain()
             QVERIFY(!b.find<QLabel>(header.first, tab)->isHidden());
 }
 
+// What start-up does with the window and its rows; making them took a tenth of the start.
+void TestChannelsWindow::startUpMakesNoRows()
+{
+    const ChannelsBench b(false);
+    QVERIFY(b.window->isLoaded());
+    QCOMPARE(b.window->ChanIndex(), 0);
+    for (int channel = 1; channel <= 4; ++channel)
+        b.window->clearChannelBoxes(channel);
+    b.window->showProgressLine(QString());
+    QVERIFY(!tabsOf(b));
+    QVERIFY(b.window->findChildren<QLineEdit *>().isEmpty());
+}
+
+void TestChannelsWindow::rowsAreMadeByWhateverNeedsOne_data()
+{
+    QTest::addColumn<std::function<void(ChannelsBench &)>>("need");
+    QTest::addColumn<QString>("box");
+    QTest::addColumn<bool>("isEnabled");
+    using Need = std::function<void(ChannelsBench &)>;
+    const auto row = [](const char *name, const QString &box, bool isEnabled, const Need &need) {
+        QTest::addRow("%s", name) << need << box << isEnabled;
+    };
+    row("shown", {}, true, [](ChannelsBench &b) { b.window->show(); });
+    row("searched", {}, false, [](ChannelsBench &b) { b.window->prepareForSearch(); });
+    row("disabled", {}, false, [](ChannelsBench &b) { b.row(3).DisableControls(); });
+    row("hidden", {}, false, [](ChannelsBench &b) { b.row(3).HideControls(); });
+    row("arranged", {}, true, [](ChannelsBench &b) { b.window->arrangeForUnitsFound(); });
+    row("an attenuation told", QStringLiteral("7"), true, [](ChannelsBench &b) {
+        b.row(3).setDevice(std::make_shared<clsKeldoX>());
+        b.row(3).m_Device_AttenChange(7);
+    });
+}
+
+void TestChannelsWindow::rowsAreMadeByWhateverNeedsOne()
+{
+    QFETCH(const std::function<void(ChannelsBench &)>, need);
+    QFETCH(const QString, box);
+    QFETCH(const bool, isEnabled);
+    ChannelsBench b(false);
+    need(b);
+    QVERIFY(tabsOf(b));
+    QVERIFY(b.find<QLineEdit>("txtChanFreq", 8));
+    QCOMPARE(b.box("txtChanAtten", 3)->text(), box);
+    QCOMPARE(b.box("txtChanAtten", 3)->isEnabled(), isEnabled);
+    QVERIFY(b.find<QRadioButton>("optPortNum", 3)->isHidden());
+}
+
 void TestChannelsWindow::captionsAfterLoading()
 {
     const ChannelsBench b;
@@ -105,6 +155,7 @@ void TestChannelsWindow::loadingSelectsTheFirstTab()
     const Fixture fixture;
     const auto window = std::make_shared<frmChannels>();
     QVERIFY(!window->isLoaded());
+    window->controls();
     auto *tabs = window->findChild<QTabWidget *>(QStringLiteral("tabsChannels"));
     tabs->setCurrentIndex(2);
     window->load();
@@ -122,6 +173,7 @@ void TestChannelsWindow::aFailureInLoadingIsReportedAndTheRestLoaded()
     window->load();
     QVERIFY(fixture.boxes.allShown());
     QVERIFY(window->isLoaded());
+    window->controls();
     QCOMPARE(window->findChild<QRadioButton *>(QStringLiteral("optPortNum_8"))->text(),
              QStringLiteral(" 8"));
 }
