@@ -2,6 +2,7 @@
 #include "core/Secrets.h"
 
 #include <QRegularExpression>
+#include <QStringMatcher>
 
 #include <algorithm>
 
@@ -45,9 +46,10 @@ bool standsAlone(const QString &text, qsizetype at, qsizetype length)
 
 void maskCommands(QString &text)
 {
-    const QString masked = passwordStart() + mask();
-    for (auto at = text.indexOf(passwordStart(), 0, Qt::CaseInsensitive); at >= 0;
-         at = text.indexOf(passwordStart(), at + masked.size(), Qt::CaseInsensitive))
+    // Prepared once: it looks through every event of the log.
+    static const QStringMatcher start(passwordStart(), Qt::CaseInsensitive);
+    static const QString masked = passwordStart() + mask();
+    for (auto at = start.indexIn(text); at >= 0; at = start.indexIn(text, at + masked.size()))
         text.replace(at, endOfLine(text, at) - at, masked);
 }
 
