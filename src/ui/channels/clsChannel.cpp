@@ -85,6 +85,7 @@ void clsChannel::setDevice(std::shared_ptr<clsKeldoX> device)
 // No value of one unit stands in the row of another.
 void clsChannel::clearRow()
 {
+    m_agcActive = false;
     if (!m_row)
         return; // nothing was ever shown in it
     for (QLineEdit *box : {m_row->txtChanFreq, m_row->txtChanAtten, m_row->txtChanInputAtten,
@@ -94,7 +95,6 @@ void clsChannel::clearRow()
         check->setChecked(false);
         markConfirmed(*check, true);
     }
-    m_agcActive = false;
 }
 
 void clsChannel::loseUnit()
